@@ -1,0 +1,14 @@
+// The one way to standard error.
+#ifndef MORVANE_PLATFORM_DIAGNOSTIC_H
+#define MORVANE_PLATFORM_DIAGNOSTIC_H
+
+#include <string_view>
+
+namespace morvane {
+
+// Writes `line` to standard error as it is given, after everything that was printed before.
+void diagnose(std::string_view line);
+
+}  // namespace morvane
+
+#endif  // MORVANE_PLATFORM_DIAGNOSTIC_H
