@@ -1,0 +1,62 @@
+#include "catalogue/listing.h"
+
+#include <algorithm>
+
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "platform/shell.h"
+
+namespace morvane {
+
+namespace {
+
+// Tells whether two directories are the same by comparing what `ls` says of their inodes. Leaves
+// both scratch files behind; the next probe overwrites them.
+bool same_directory(std::string_view directory, std::string_view candidate) {
+  const std::string first = scratch_file();
+  const std::string second = second_scratch_file();
+  if (!create_scratch_file(first) || !create_scratch_file(second)) return false;
+  return run_command(
+      fill("cd %s; ls -id 1> %s 2> /dev/null; cd %s; ls -id 1> %s 2> /dev/null; "
+           "diff %s %s 1> /dev/null 2> /dev/null",
+           {quote(directory), first, quote(candidate), second, first, second}));
+}
+
+}  // namespace
+
+std::vector<std::string> get_files(std::string_view directory, std::string_view pattern) {
+  std::vector<std::string> names;
+  if (!exists(directory)) return names;
+  const auto listing = output_of(fill("cd %s; ls %s 1> %s 2> /dev/null",
+                                      {quote(directory), pattern, scratch_file()}));
+  if (!listing) return names;
+  for (std::string_view rest = *listing; !rest.empty();) {
+    const std::size_t length = std::min(rest.find('\n'), rest.size());
+    names.emplace_back(rest.substr(0, length));
+    rest.remove_prefix(std::min(length + 1, rest.size()));
+  }
+  while (!names.empty() && names.back().empty()) names.pop_back();
+  return names;
+}
+
+std::optional<std::string> get_pwd() {
+  std::optional<std::string> directory =
+      output_of(fill("pwd 1> %s 2> /dev/null", {scratch_file()}));
+  if (!directory || directory->empty()) return std::nullopt;
+  directory->pop_back();
+
+  const std::size_t second_slash = directory->find('/', directory->find('/') + 1);
+  if (second_slash == std::string::npos) return directory;
+  const std::string candidate = directory->substr(second_slash);
+  return exists(candidate) && same_directory(*directory, candidate) ? candidate : directory;
+}
+
+std::string installed_products_directory(std::string_view directory) {
+  return fill("%s/%s", {directory, r[INSTALLED_PRODUCTS_DIRECTORY]});
+}
+
+std::string_view identifier_of(std::string_view file_name, std::string_view ending) {
+  return file_name.substr(0, file_name.size() - std::min(file_name.size(), ending.size()));
+}
+
+}  // namespace morvane

@@ -1,0 +1,51 @@
+#include "catalogue/product.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+void init_product(product& record) {
+  record = product();
+  record.install = product_state::INITIALISED;
+}
+
+int get_next_free_product(const product_table& table) {
+  const auto slot = std::find_if(table.begin(), table.end(), is_free);
+  return static_cast<int>(slot - table.begin());
+}
+
+bool is_free(const product& record) { return record.install < product_state::INITIALISED; }
+
+bool on_host_after_run(const product& record) { return record.install >= product_state::SELECTED; }
+
+bool already_installed(const product& record) { return record.install >= product_state::ACCEPTED; }
+
+bool is_ordered(const product& record) {
+  return record.install == product_state::CONFIGURED ||
+         record.install == product_state::SELECTED_FOR_RECONFIGURATION;
+}
+
+std::string_view product_name(const product& record) {
+  if (!record.full_name.empty()) return record.full_name;
+  if (!record.name.empty()) return record.name;
+  return record.id;
+}
+
+std::string version_numbers(int version, int subversion, int minorversion, int patch) {
+  std::string numbers = std::to_string(version) + "." + std::to_string(subversion);
+  if (minorversion > 0) numbers += "." + std::to_string(minorversion);
+  if (patch > 0) numbers += ", patch " + std::to_string(patch);
+  return numbers;
+}
+
+std::string product_version(const product& record) {
+  return "version " + version_numbers(record.version, record.subversion, record.minorversion,
+                                      record.patch);
+}
+
+const target_dep* resolved_target(const product& record, std::size_t slot) {
+  const target_dep* target = record.target_dep[slot].get();
+  return target != nullptr && target->install == target_state::RESOLVED ? target : nullptr;
+}
+
+}  // namespace morvane

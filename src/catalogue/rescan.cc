@@ -1,0 +1,49 @@
+#include "catalogue/rescan.h"
+
+#include "catalogue/description_parser.h"
+#include "catalogue/listing.h"
+#include "console/message_format.h"
+#include "platform/diagnostic.h"
+#include "version/version.h"
+
+namespace morvane {
+
+void report_full_table() {
+  diagnose(fill("%s: More than %d product entries, array overflow.\n",
+                {PROGRAM_NAME, int{TABLE_SIZE}}));
+}
+
+void read_installed_product(std::string_view descriptions, std::string_view identifier,
+                            std::string_view path, product& record) {
+  read_product(descriptions, identifier, record);
+  record.install = product_state::INSTALLED;
+  record.path = path;
+  record.path_valid = PATH_SCANNED;
+}
+
+scanned_slots read_all_descr_files(product_table& table, std::string_view path) {
+  scanned_slots slots;
+  bool scanned_before = false;
+  for (product& record : table) {
+    if (is_free(record)) break;
+    ++slots.first;
+    if (record.path != path) continue;
+    if (record.path_valid == PATH_SCANNED) scanned_before = true;
+    if (record.path_valid == PATH_CHOSEN) record.path_valid = PATH_SCANNED;
+  }
+  if (scanned_before) return slots;
+
+  const std::string descriptions = installed_products_directory(path);
+  for (const std::string& name : get_files(descriptions, "*.descr")) {
+    if (slots.first + slots.count == TABLE_SIZE) {
+      report_full_table();
+      break;
+    }
+    read_installed_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), path,
+                           table[static_cast<std::size_t>(slots.first + slots.count)]);
+    ++slots.count;
+  }
+  return slots;
+}
+
+}  // namespace morvane
