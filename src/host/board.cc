@@ -1,0 +1,71 @@
+#include "host/board.h"
+
+#include <algorithm>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "console/dialogue.h"
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "console/printer.h"
+#include "platform/number.h"
+
+namespace morvane {
+
+text<60> trans_conf;
+text<10> Board;
+
+namespace {
+
+// Tells whether `Board` begins as the board family does, in as many characters as `length` says.
+bool is_of_family(message_number family, message_number length) {
+  const auto count = static_cast<std::size_t>(std::max(number_or_zero(r[length]), 0));
+  return Board.view().substr(0, count) == r[family].substr(0, count);
+}
+
+// Puts the bus that `Board` has by default into `Board`; returns false where there is none.
+bool put_default_bus() {
+  if (Board == r[BOARD_OF_BUS_1]) {
+    Board = r[BUS_1];
+  } else if (is_of_family(BOARD_FAMILY_1, BOARD_FAMILY_1_LENGTH) || Board == r[BOARD_OF_BUS_2A] ||
+             Board == r[BOARD_OF_BUS_2B] || is_of_family(BOARD_FAMILY_2, BOARD_FAMILY_2_LENGTH)) {
+    Board = r[BUS_2];
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void read_board_type() {
+  std::ifstream config(trans_conf.c_str());
+  constexpr std::string_view COMMENT_STARTS = "#\t\v\r\f ";
+  std::string line;
+  while (COMMENT_STARTS.find(static_cast<char>(config.peek())) != std::string_view::npos ||
+         config.peek() == '\n') {
+    std::getline(config, line);
+  }
+  std::string board;
+  if (config >> line >> board) Board = board;
+}
+
+void get_board_bus_type() {
+  const bool has_default = put_default_bus();
+  print("\n");
+  std::optional<std::string> answer;
+  do {
+    if (has_default) {
+      print(fill("%s (%s) : ", {r[BUS_QUESTION], Board}));
+    } else {
+      print(fill("%s : ", {r[BUS_QUESTION]}));
+    }
+    answer = ask_string();
+    if (!answer && has_default) answer = Board.view();
+  } while (answer != r[BUS_1] && answer != r[BUS_2]);
+  Board = *answer;
+}
+
+}  // namespace morvane
