@@ -1,0 +1,128 @@
+#include "settings/ownership.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "console/dialogue.h"
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "console/printer.h"
+#include "host/rights.h"
+#include "platform/diagnostic.h"
+#include "platform/identity.h"
+#include "version/version.h"
+
+namespace morvane {
+
+namespace {
+
+// The difference between the question for the owner and the one for the group.
+struct ownership_question {
+  message_number question;
+  message_number unknown_name;
+  bool (*known)(std::string_view name);
+  bool (*allowed)(std::string_view name);  // prints why not
+};
+
+constexpr ownership_question OWNER = {
+    OWNER_QUESTION, UNKNOWN_USER,
+    [](std::string_view name) { return find_user(name).has_value(); },
+    [](std::string_view name) { return check_chown_rights(name, std::nullopt); }};
+
+constexpr ownership_question GROUP = {
+    GROUP_QUESTION, UNKNOWN_GROUP, group_exists,
+    [](std::string_view name) { return check_chown_rights(std::nullopt, name); }};
+
+// Reports a record that cannot be asked about; returns whether it can.
+bool is_valid(const product* record, std::string_view operation) {
+  if (record != nullptr && !is_free(*record)) return true;
+  diagnose(fill("%s : %s : error : invalid product\n", {PROGRAM_NAME, operation}));
+  return false;
+}
+
+// Returns the first product of `table` in the directory of `record` whose owner or group, as `valid`
+// tells, is settled, or null.
+const product* find_neighbour(const product& record, const product_table& table,
+                              bool product::* valid) {
+  const auto found = std::find_if(table.begin(), table.end(), [&](const product& other) {
+    return on_host_after_run(other) && other.path_valid > NO_PATH && other.path == record.path &&
+           other.*valid;
+  });
+  return found == table.end() ? nullptr : &*found;
+}
+
+void print_info(const long_text& info) {
+  if (!info) return;
+  print_with_cr(*info, screen_width());
+  print("\n");
+}
+
+bool is_known(const ownership_question& about, std::string_view name) {
+  return name.size() <= name_text::LONGEST && about.known(name);
+}
+
+// Asks for an owner or a group until the answer is known and the operator may give files to it.
+// Enter alone takes `proposal` where that is known; otherwise it is checked, for the complaint, but
+// never accepted.
+std::string ask_for_name(const ownership_question& about, std::string_view shown_product,
+                         std::string_view proposal) {
+  const bool has_default = about.known(proposal);
+  for (;;) {
+    if (has_default) {
+      print(fill("%s '%s' (%s) : ", {r[about.question], shown_product, proposal}));
+    } else {
+      print(fill("%s '%s' : ", {r[about.question], shown_product}));
+    }
+    std::optional<std::string> answer = ask_string();
+    if (!answer && has_default) answer = proposal;
+    if (answer && !is_known(about, *answer)) {
+      print(fill("%s '%s' !\n", {r[about.unknown_name], answer}));
+    } else if (about.allowed(answer.value_or("")) && answer) {
+      return *answer;
+    }
+  }
+}
+
+}  // namespace
+
+void get_product_owner(product* record, const product_table& table) {
+  if (!is_valid(record, "get_product_owner") || record->owner_valid) return;
+  const product* neighbour = find_neighbour(*record, table, &product::owner_valid);
+  if (neighbour != nullptr) record->owner = neighbour->owner;
+  print("\n");
+  print_info(record->owner_info);
+  record->owner = ask_for_name(OWNER, short_product_name(*record), record->owner);
+  record->owner_valid = true;
+  const std::optional<user> owner = find_user(record->owner);
+  if (owner) record->homedir = owner->home;
+}
+
+void get_product_group(product* record, const product_table& table) {
+  if (!is_valid(record, "get_product_group") || record->group_valid) return;
+  const product* neighbour = find_neighbour(*record, table, &product::group_valid);
+  if (neighbour != nullptr) record->group = neighbour->group;
+  print("\n");
+  print_info(record->group_info);
+  record->group = ask_for_name(GROUP, short_product_name(*record), record->group);
+  record->group_valid = true;
+}
+
+void get_product_access(product* record) {
+  if (!is_valid(record, "get_product_access") || record->other_access_valid) return;
+  if (record->other_access_info) {
+    print("\n");
+    print_with_cr(*record->other_access_info, screen_width());
+  }
+  const std::string question = fill(r[ACCESS_QUESTION], {short_product_name(*record)});
+  record->other_access = choose_y_or_n(question) ? 1 : 0;
+  record->other_access_valid = true;
+}
+
+std::string_view short_product_name(const product& record) {
+  if (!record.name.empty()) return record.name;
+  if (!record.full_name.empty()) return record.full_name;
+  return record.id;
+}
+
+}  // namespace morvane

@@ -1,0 +1,167 @@
+#include "settings/path.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+#include "console/dialogue.h"
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "console/printer.h"
+#include "platform/diagnostic.h"
+#include "platform/identity.h"
+#include "platform/shell.h"
+#include "version/version.h"
+
+namespace morvane {
+
+namespace {
+
+// Prints the question and returns the answer, `proposal` where it is empty.
+std::string ask_for_path(std::string_view question, std::string_view proposal) {
+  print_with_cr(proposal.empty() ? fill("%s:\n", {question})
+                                 : fill("%s:\n(%s) ", {question, proposal}),
+                screen_width());
+  return ask_string().value_or(std::string(proposal));
+}
+
+// Returns `path`, which begins with "~", with the home directory of its user in place of "~" and
+// the user's name; nothing where the host does not know the user.
+std::optional<std::string> expand_home(std::string_view path) {
+  const std::size_t slash = std::min(path.find('/'), path.size());
+  const std::string_view name = path.substr(1, slash - 1);
+  const std::optional<user> owner = name.empty() ? real_user() : find_user(name);
+  if (!owner) return std::nullopt;
+  const std::string_view rest = path.substr(slash);
+  return rest.size() > 1 ? owner->home + std::string(rest) : owner->home;
+}
+
+// Returns the answer as an absolute, normalised path that fits its field; nothing, once the
+// operator was told why, where it cannot be one.
+std::optional<std::string> to_path(const std::string& answer) {
+  std::string path = answer;
+  if (answer.starts_with('~')) {
+    const std::optional<std::string> expanded = expand_home(answer);
+    if (!expanded) {
+      print(fill("%s '%s' (%s).\n", {r[PATH_FAILED], answer, r[USER_OF_PATH_UNKNOWN]}));
+      return std::nullopt;
+    }
+    path = normalise_path(*expanded);
+  } else if (answer.starts_with('/')) {
+    path = normalise_path(answer);
+  } else {
+    print(fill("\n%s\n", {r[PATH_NOT_ABSOLUTE]}));
+    return std::nullopt;
+  }
+
+  const bool special = holds_special_characters(path);
+  if (special) {
+    diagnose(
+        fill("%s : error : path '%s' holds characters that make or the shell would interpret\n",
+             {PROGRAM_NAME, path}));
+  }
+  if (special || path.size() > path_text::LONGEST) {
+    print(fill("\n%s\n", {r[PATH_NOT_ABSOLUTE]}));
+    return std::nullopt;
+  }
+  return path;
+}
+
+void handle_missing(const std::string& path, bool offer_to_create) {
+  if (!offer_to_create) {
+    print(fill("%s '%s'\n", {r[PATH_MISSING], path}));
+    return;
+  }
+  if (!choose_y_or_n(fill("%s '%s'   %s ", {r[PATH_MISSING], path, r[CREATE_DIRECTORY]}))) return;
+  const std::string word = quote(path);
+  if (!run_command(fill("mkdir -p %s; chmod 755 %s", {word, word}))) {
+    print(fill("%s '%s'.\n", {r[PATH_FAILED], path}));
+  }
+}
+
+// Tells whether the directory can be written. The form of the command is what installations have
+// always run: it touches /dev/null too and lets its output through.
+bool is_writable(const std::string& path) {
+  if (run_command(fill("touch %s 2>/dev/null /dev/null", {quote(path)}))) return true;
+  print(fill(r[PATH_NOT_WRITABLE], {path}));
+  return false;
+}
+
+// Returns the product whose directory `record` shares: the first settled one that supplies one of
+// its needed patches.
+const product* find_companion(const product& record) {
+  for (std::size_t i = 0; i < PATCHES && record.needed_patches[i] >= 0; ++i) {
+    const product* supplier = record.needed_patch_product[i];
+    if (supplier != nullptr && on_host_after_run(*supplier) && supplier->path_valid > NO_PATH) {
+      return supplier;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string normalise_path(std::string_view path) {
+  std::string result;
+  for (const char c : path) {
+    if (c != '/' || !result.ends_with('/')) result += c;
+  }
+  if (result.size() > 1 && result.ends_with('/')) result.pop_back();
+  return result;
+}
+
+bool holds_special_characters(std::string_view path) {
+  static constexpr std::string_view SPECIAL = "'\"\\$;&|<>()*?[]{}!#%:=`\177";
+  return std::any_of(path.begin(), path.end(), [](char c) {
+    const bool control_or_blank = c >= '\1' && c <= ' ';
+    return control_or_blank || SPECIAL.find(c) != std::string_view::npos;
+  });
+}
+
+chosen_path get_valid_path(std::string_view question, std::string_view proposal,
+                           const path_demands& demands) {
+  for (;;) {
+    const std::optional<std::string> path = to_path(ask_for_path(question, proposal));
+    if (!path) continue;
+    if (!exists(*path)) handle_missing(*path, demands.offer_to_create);
+    const bool there = exists(*path);
+    if (!there && demands.insist) continue;
+    // A user's home directory may be anything.
+    if (!path->starts_with('/')) continue;
+    if (demands.writable && !is_writable(*path)) continue;
+    return {*path, there};
+  }
+}
+
+void get_product_path(product* record) {
+  if (record == nullptr || is_free(*record)) {
+    diagnose(
+        fill("%s : get_product_path : error : invalid product\n", {PROGRAM_NAME}));
+    return;
+  }
+  if (record->path_valid != NO_PATH) return;
+  if (const product* companion = find_companion(*record)) {
+    record->path = companion->path;
+    record->path_valid = PATH_CHOSEN;
+    return;
+  }
+  print("\n");
+  if (!record->path_env_var.empty()) {
+    const char* value = std::getenv(record->path_env_var.c_str());
+    if (value != nullptr) record->path = value;
+  }
+  if (record->path_info) {
+    print("\n");
+    print_with_cr(*record->path_info, screen_width());
+  }
+  const std::string question =
+      fill("\n%s '%s'!\n%s",
+           {r[PATH_QUESTION_HEADING], product_name(*record), r[PATH_QUESTION]});
+  record->path =
+      get_valid_path(question, record->path,
+                     {.offer_to_create = true, .writable = true, .insist = true})
+          .path;
+  record->path_valid = PATH_CHOSEN;
+}
+
+}  // namespace morvane

@@ -1,0 +1,28 @@
+// The product selection dialogue.
+#ifndef MORVANE_SETTINGS_SELECTION_H
+#define MORVANE_SETTINGS_SELECTION_H
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/product.h"
+
+namespace morvane {
+
+// Lists what can be installed or reconfigured, takes the operator's selection or shows details,
+// until a selection is confirmed. Selected products go from state 1 to 2 and from 10 to 11; the
+// check of the tools may have moved some back.
+void choose_SW_to_install(product_table& table);
+
+// Returns the product numbers that a selection line names, in order. After each number the reader
+// moves to the next separator and from there to the next digit, so that a line which starts with a
+// blank names its first number twice; a start without digits reads as 0.
+std::vector<int> read_selection(std::string_view line);
+
+// Returns the product number whose details a line asks for with "?", or nothing.
+std::optional<int> read_details_request(std::string_view line);
+
+}  // namespace morvane
+
+#endif  // MORVANE_SETTINGS_SELECTION_H
