@@ -1,0 +1,112 @@
+#include "depend/patches.h"
+
+#include <string>
+
+#include "console/dialogue.h"
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "console/printer.h"
+#include "depend/confirmation.h"
+#include "platform/diagnostic.h"
+#include "version/version.h"
+
+namespace morvane {
+
+namespace {
+
+void report_mismatch(std::string_view operation) {
+  diagnose(fill("%s : error : product pointer mismatch in '%s'\n", {PROGRAM_NAME, operation}));
+}
+
+// Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.
+std::optional<match_level> rank(const product& record, const product& candidate, int patch) {
+  if (!on_host_after_run(candidate) || candidate.version != record.version ||
+      candidate.subversion != record.subversion ||
+      candidate.minorversion != record.minorversion || candidate.patch != patch) {
+    return std::nullopt;
+  }
+  const bool name = candidate.name == record.name;
+  const bool full_name = candidate.full_name == record.full_name;
+  const bool kind = candidate.category == record.category && candidate.type == record.type;
+  if (name && full_name && kind) return match_level::NAMES_AND_KIND;
+  if (name && kind) return match_level::NAME_AND_KIND;
+  if (name && full_name) return match_level::NAMES;
+  if (kind) return match_level::KIND;
+  if (candidate.id == record.id) return match_level::IDENTIFIER;
+  if (name) return match_level::NAME;
+  return std::nullopt;
+}
+
+// Returns the best matching slot that is good enough by itself or accepted by the operator, or
+// null.
+product* find_supplier(const product& record, product_table& table, const match_levels& levels) {
+  for (int level = 0; level <= static_cast<int>(LAST_MATCH_LEVEL); ++level) {
+    const auto wanted = static_cast<match_level>(level);
+    const bool silent = wanted <= match_level::NAME_AND_KIND;
+    for (std::size_t slot = 0; slot < table.size(); ++slot) {
+      if (levels[slot] != wanted) continue;
+      if (silent || product_accept(record, std::nullopt, table[slot])) return &table[slot];
+    }
+  }
+  return nullptr;
+}
+
+void print_indented(std::string_view text) {
+  print_with_cr2(text, screen_width(), "        ", "");
+}
+
+// Tells that nothing supplies patch level `patch`, and asks whether to leave it so.
+bool leave_open(const product& record, int patch) {
+  print(fill("\n\n%s\n", {r[PATCH_NOT_FOUND]}));
+  std::string missing = fill("\n'%s %s' %s '%s ", {record.name, product_version(record),
+                                                   r[PATCH_NEEDS], record.name});
+  missing += patch > 0 ? fill("patch %d'.\n\n", {patch}) : "original'.\n\n";
+  print_indented(missing);
+  print_indented(fill("%s '%s'.\n", {r[PATCH_DIRECTORY], record.path}));
+  return choose_y_or_n(r[LEAVE_PATCH_OPEN]);
+}
+
+}  // namespace
+
+void gen_possible(const product* record, const product_table& table, int patch,
+                  match_levels& levels) {
+  if (record == nullptr || is_free(*record)) {
+    report_mismatch("gen_possible");
+    return;
+  }
+  for (std::size_t slot = 0; slot < table.size(); ++slot) {
+    levels[slot] = rank(*record, table[slot], patch);
+  }
+}
+
+void get_patch_depend(product_table& table, product* record, bool ask) {
+  if (record == nullptr) {
+    report_mismatch("get_patch_depend");
+    return;
+  }
+  if (!on_host_after_run(*record)) return;
+  for (std::size_t i = 0; i < PATCHES; ++i) {
+    const int patch = record->needed_patches[i];
+    product*& supplier = record->needed_patch_product[i];
+    if (patch < 0 || supplier != nullptr) continue;
+    match_levels levels;
+    gen_possible(record, table, patch, levels);
+    do {
+      supplier = find_supplier(*record, table, levels);
+    } while (supplier == nullptr && ask && !leave_open(*record, patch));
+  }
+}
+
+void export_path_to_patch_depend(const product& record) {
+  if (!on_host_after_run(record) || record.path_valid == NO_PATH) return;
+  for (std::size_t i = 0; i < PATCHES; ++i) {
+    product* supplier = record.needed_patch_product[i];
+    if (record.needed_patches[i] < 0 || supplier == nullptr) continue;
+    const bool in_this_run = on_host_after_run(*supplier) && !already_installed(*supplier);
+    if (!in_this_run || supplier->path_valid != NO_PATH) continue;
+    supplier->path = record.path;
+    supplier->path_valid = record.path_valid;
+  }
+}
+
+}  // namespace morvane
