@@ -1,0 +1,16 @@
+// Filling the product table from the distribution.
+#ifndef MORVANE_DRIVER_CATALOGUE_LOAD_H
+#define MORVANE_DRIVER_CATALOGUE_LOAD_H
+
+#include "catalogue/product.h"
+
+namespace morvane {
+
+// Fills `table`, from slot 0 on, with the products whose archives lie in the current directory
+// (state 1) and then with those installed here (state 10). A product that is both has two slots. A
+// table that is too small is reported on standard error; what fits stays.
+void load_catalogue(product_table& table);
+
+}  // namespace morvane
+
+#endif  // MORVANE_DRIVER_CATALOGUE_LOAD_H

@@ -1,0 +1,112 @@
+#include "driver/installation_run.h"
+
+#include "console/dialogue.h"
+#include "console/header.h"
+#include "console/leave.h"
+#include "console/message_format.h"
+#include "console/message_table.h"
+#include "console/printer.h"
+#include "depend/order.h"
+#include "depend/patches.h"
+#include "depend/resolution.h"
+#include "host/operating_system.h"
+#include "output/makefile.h"
+#include "output/settings_file.h"
+#include "settings/ownership.h"
+#include "settings/path.h"
+#include "settings/selection.h"
+
+namespace morvane {
+
+namespace {
+
+void check_host() {
+  if (check_host_system()) return;
+  print(fill("\n%s\n", {r[HOST_UNSUITABLE]}));
+  if (!choose_y_or_n(r[GO_ON_ALL_THE_SAME])) quit();
+}
+
+// Asks for everything that `record` needs.
+void ask_for_settings(product& record, product_table& table) {
+  print(fill("\nP r o d u c t : %s\n                %s\n",
+             {product_name(record), product_version(record)}));
+  if (record.install == product_state::SELECTED) get_product_path(&record);
+  get_product_owner(&record, table);
+  get_product_group(&record, table);
+  get_product_access(&record);
+  get_product_depend(record, table);
+}
+
+bool wants_to_change(const product& record) {
+  return choose_y_or_n(fill("\n\n%s '%s' %s ?", {r[CHANGE_SETTINGS], product_name(record),
+                                                 product_version(record)}));
+}
+
+// Settles the settings of `record`, as often as the operator wants to change them. What was settled
+// before stays settled.
+void configure_product(product& record, product_table& table) {
+  const int path_valid = record.path_valid;
+  const bool owner_valid = record.owner_valid;
+  const bool group_valid = record.group_valid;
+  const bool other_access_valid = record.other_access_valid;
+  const int first_free = get_next_free_product(table);
+
+  ask_for_settings(record, table);
+  while (wants_to_change(record)) {
+    record.path_valid = path_valid;
+    record.owner_valid = owner_valid;
+    record.group_valid = group_valid;
+    record.other_access_valid = other_access_valid;
+    undo_get_product_depend(record, table, first_free);
+    print(fill("\n%s\n", {r[SETTINGS_ASKED_AGAIN]}));
+    ask_for_settings(record, table);
+  }
+
+  export_path_to_patch_depend(record);
+  if (record.install == product_state::SELECTED) record.install = product_state::CONFIGURED;
+  print(fill("\n%s\n", {r[RULER]}));
+}
+
+void settle_patches(product_table& table) {
+  for (product& record : table) get_patch_depend(table, &record, false);
+}
+
+void configure_products(product_table& table) {
+  for (product& record : table) {
+    const bool selected = record.install == product_state::SELECTED ||
+                          record.install == product_state::SELECTED_FOR_RECONFIGURATION;
+    if (selected) configure_product(record, table);
+  }
+}
+
+void write_settings_files(const product_table& table) {
+  for (const product& record : table) {
+    if (is_ordered(record)) write_dat_file(record);
+  }
+}
+
+void write_installation_makefile(product_table& table) {
+  installation_order order;
+  get_inst_order(table, order);
+  write_makefile(order);
+}
+
+[[noreturn]] void ask_last_question() {
+  if (choose_y_or_n(r[LAST_QUESTION])) return_code = 0;
+  quit();
+}
+
+}  // namespace
+
+void run_installation(product_table& table) {
+  show_install_header();
+  check_host();
+  choose_SW_to_install(table);
+  settle_patches(table);
+  configure_products(table);
+  write_settings_files(table);
+  write_installation_makefile(table);
+  ask_last_question();
+}
+
+}  // namespace morvane
