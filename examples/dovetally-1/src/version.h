@@ -1,0 +1,1 @@
+#define VERSION "1.2, patch 1"
