@@ -64,12 +64,38 @@ TEST(YesNoQuestion, AMissingLetterMatchesNothing) {
   EXPECT_EQ(seen.out, "? <35>\n<34>? <35>\n<34>? <35>\n<34>? <35>\n");
 }
 
+TEST(YesNoQuestion, TheQuestionIsFilledIntoItsFormatAndWrapped) {
+  use_test_messages();
+  set_message(YES_NO_QUESTION, "[%s] %s (%s) %s");
+  set_message(RULER, "----------");
+  const outcome seen = in_child("\n", [] { return choose_y_or_n("Delete 100%s?") ? "yes" : ""; });
+  EXPECT_EQ(seen.result, "yes");
+  EXPECT_EQ(seen.out, "[]  Delete\n100%s?\n(<35>) \n");
+}
+
+TEST(YesNoQuestion, TheReplyToAVoidAnswerIsPrintedAsItIs) {
+  use_test_messages();
+  set_message(CONFIRM_SELECTION, "100%s\n");
+  const outcome seen = in_child("x\nyy\n\n", [] { return choose_y_or_n("?") ? "yes" : "no"; });
+  EXPECT_EQ(seen.out, "? <35>\n100%s\n? <35>\n100%s\n? <35>\n");
+}
+
+TEST(YesNoQuestion, OfEqualLettersTheFirstCounts) {
+  use_test_messages();
+  set_message(ANSWER_LETTERS, "AAA");
+  EXPECT_EQ(in_child("a\n", [] { return choose_y_or_n("?") ? "yes" : "no"; }).result, "yes");
+  set_message(ANSWER_LETTERS, "ABB");
+  EXPECT_EQ(in_child("b\n", [] { return choose_y_or_n("?") ? "yes" : "no"; }).result, "no");
+}
+
 TEST(Answer, IsTheLineWithoutItsNewline) {
   EXPECT_EQ(ask("two words\nrest\n").result, "two words");
   EXPECT_EQ(ask("two words\n").out, "");
 }
 
-TEST(Answer, EnterAloneIsNothing) { EXPECT_EQ(ask("\n").result, "(nothing)"); }
+TEST(Answer, EnterAloneIsNothing) {
+  EXPECT_EQ(ask("\n").result, "(nothing)");
+}
 
 TEST(Answer, TheQuitLetterAloneEndsTheProgram) {
   EXPECT_FALSE(ask("q\n").returned);

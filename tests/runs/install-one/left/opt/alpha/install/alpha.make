@@ -1,0 +1,3 @@
+include alpha.dat
+greeting:
+	echo "hello from $(PRODUCT_NAME)" > $(PRODUCT_PATH)/greeting

@@ -1,0 +1,382 @@
+#!/usr/bin/env python3
+"""Plays one golden run and compares everything that came of it.
+
+    run_case.py [--accept] BUILD_DIRECTORY CASE_DIRECTORY
+
+A case is a directory:
+
+    why            one sentence
+    case           "key: value" lines, all optional:
+                     user      root (the default), ordinary, or either
+                     archives  identifiers that get an empty archive
+                     without   common files that the distribution lacks
+                     env       NAME=VALUE, may stand several times
+                     program   real: with its pauses (else they are substituted)
+                     status    expected exit status (1 is the default)
+                     make      yes: install.mk is then executed with GNU make and with bmake
+    distribution/  its files, beside those of ../common; a directory ID.tree is packed into ID.tar
+    beside/        what lies beside the distribution, optional
+    session        the screen: what the program wrote to standard output and standard error, in that
+                   order, and what was typed, in double brackets at its place
+    typed          what is typed, byte for byte, where the session does not show it
+    errors         standard error alone; no such file: nothing
+    tree           mode, owner, group and path of everything that is new or has changed
+    left/          the contents of those files
+    making         what make printed
+
+The program runs in DIR/dist of a directory DIR that is made for it. These differ from host to host
+and are replaced in the files of a case: @DIR@, @USER@, @GROUP@ (who runs the program), @HOST_OS@,
+and in the message file @SYSTEM@ and @MACHINE@.
+
+--accept writes what came of the run into the case, for review. A new case needs "typed" for that:
+the answers are moved into its session.
+"""
+
+import array
+import fcntl
+import grp
+import os
+import pathlib
+import pwd
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import termios
+import time
+
+RUNS = pathlib.Path(__file__).resolve().parent
+SKIPPED = 77
+TIMEOUT = 60
+ORDINARY_ID = 65534
+ANSWER = re.compile(rb"\[\[(.*?)\]\]\n", re.DOTALL)
+
+
+def read_settings(case):
+    settings = {"user": "root", "archives": "", "without": "", "program": "", "status": "1",
+                "make": "", "env": []}
+    path = case / "case"
+    for line in path.read_text().splitlines() if path.exists() else []:
+        key, value = (part.strip() for part in line.split(":", 1))
+        if key not in settings:
+            sys.exit(f"{path}: unknown key {key}")
+        if key == "env":
+            settings["env"].append(value)
+        else:
+            settings[key] = value
+    return settings
+
+
+class Host:
+    """What differs from host to host, and its names in the files of a case."""
+
+    def __init__(self, settings, root):
+        self.drops_rights = settings["user"] == "ordinary" and os.geteuid() == 0
+        uid = ORDINARY_ID if self.drops_rights else os.geteuid()
+        gid = ORDINARY_ID if self.drops_rights else os.getegid()
+        self.root = str(root)
+        self.user = pwd.getpwuid(uid).pw_name
+        self.group = grp.getgrgid(gid).gr_name
+        self.ids = (uid, gid)
+        system = os.uname()
+        self.system = system.sysname
+        self.machine = system.machine
+        self.host_os = system.sysname + system.release.split(".")[0]
+
+    def to_host(self, content):
+        for name, value in (("@DIR@", self.root), ("@USER@", self.user), ("@GROUP@", self.group),
+                            ("@SYSTEM@", self.system), ("@MACHINE@", self.machine)):
+            content = content.replace(name.encode(), value.encode())
+        return content
+
+    def to_case(self, content):
+        content = content.replace(self.root.encode(), b"@DIR@")
+        content = content.replace(b"HOST_OS = " + self.host_os.encode(), b"HOST_OS = @HOST_OS@")
+        for name, value in (("@USER@", self.user), ("@GROUP@", self.group)):
+            if value != "root":
+                content = re.sub(rb"\b%s\b" % re.escape(value.encode()), name.encode(), content)
+        return content
+
+
+def copy_tree(source, target, host):
+    """Copies files, with the host's names in them, and packs directories ID.tree."""
+    for path in sorted(source.iterdir()):
+        if path.is_dir() and path.suffix == ".tree":
+            pack(path, target / (path.stem + ".tar"), host)
+        elif path.is_dir():
+            (target / path.name).mkdir(exist_ok=True)
+            copy_tree(path, target / path.name, host)
+        else:
+            (target / path.name).write_bytes(host.to_host(path.read_bytes()))
+            shutil.copymode(path, target / path.name)
+
+
+def pack(tree, archive, host):
+    with tempfile.TemporaryDirectory() as unpacked:
+        copy_tree(tree, pathlib.Path(unpacked), host)
+        subprocess.run(["tar", "--create", "--file", archive, "--sort=name", "--owner=0",
+                        "--group=0", "--numeric-owner", "--mode=u+rwX,go+rX,go-w", "--mtime=@0",
+                        *sorted(os.listdir(unpacked))], cwd=unpacked, check=True)
+
+
+def lay_out(case, settings, host):
+    """Makes the distribution and what lies beside it."""
+    root = pathlib.Path(host.root)
+    distribution = root / "dist"
+    distribution.mkdir()
+    copy_tree(RUNS / "common", distribution, host)
+    for name in settings["without"].split():
+        (distribution / name).unlink()
+    for name in settings["archives"].split():
+        (distribution / (name + ".tar")).write_bytes(b"")
+    if (case / "distribution").exists():
+        copy_tree(case / "distribution", distribution, host)
+    if (case / "beside").exists():
+        copy_tree(case / "beside", root, host)
+    if host.drops_rights:
+        for path in [root, *root.rglob("*")]:
+            os.chown(path, *host.ids, follow_symlinks=False)
+
+
+def snapshot(root):
+    seen = {}
+    for path in root.rglob("*"):
+        status = path.lstat()
+        content = path.read_bytes() if path.is_file() and not path.is_symlink() else None
+        seen[path] = (status.st_mode, status.st_uid, status.st_gid, content)
+    return seen
+
+
+def start(command, host, settings, **streams):
+    environment = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
+                   "LC_ALL": "C"}
+    for setting in settings["env"]:
+        name, value = host.to_host(setting.encode()).decode().split("=", 1)
+        environment[name] = value
+    if host.drops_rights:
+        command = ["setpriv", f"--reuid={host.ids[0]}", f"--regid={host.ids[1]}",
+                   "--clear-groups", *command]
+    return subprocess.Popen(command, cwd=pathlib.Path(host.root) / "dist", env=environment,
+                            umask=0o022, **streams)
+
+
+def run(command, host, settings, typed, errors):
+    """Returns output and status of the program, and its standard error where that is a pipe."""
+    child = start(command, host, settings, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                  stderr=errors)
+    try:
+        output, error = child.communicate(typed, timeout=TIMEOUT)
+    except subprocess.TimeoutExpired:
+        child.kill()
+        child.communicate()
+        sys.exit("the program did not end")
+    for name in (f"/tmp/{child.pid}.tmp", f"/tmp/{child.pid}.tmp1"):
+        if os.path.exists(name):  # what the comparison of current directories leaves
+            os.unlink(name)
+    return output, error, child.returncode
+
+
+def waits_for_answer(child):
+    """Tells whether the program has read all that was typed and reads on, as the kernel says."""
+    unread = array.array("i", [0])
+    fcntl.ioctl(child.stdin.fileno(), termios.FIONREAD, unread)
+    if unread[0] > 0:
+        return False
+    try:
+        call = pathlib.Path(f"/proc/{child.pid}/syscall").read_text().split()
+    except OSError:
+        return False
+    return call[:2] in (["0", "0x0"], ["63", "0x0"])  # read on x86-64 and on arm64
+
+
+def record_session(command, host, settings, typed):
+    """Types one answer at a time, and returns the screen with each at its place."""
+    child = start(command, host, settings, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                  stderr=subprocess.STDOUT)
+    os.set_blocking(child.stdout.fileno(), False)
+    screen = b""
+    for answer in typed.splitlines(keepends=True):
+        while child.poll() is None and not waits_for_answer(child):
+            time.sleep(0.002)
+        screen += child.stdout.read() or b""
+        if child.poll() is not None:
+            break
+        screen += b"[[" + answer.removesuffix(b"\n") + b"]]\n"
+        child.stdin.write(answer)
+        child.stdin.flush()
+    child.stdin.close()
+    os.set_blocking(child.stdout.fileno(), True)
+    screen += child.stdout.read()
+    child.wait()
+    return screen
+
+
+def describe(path, root, state, host):
+    mode, uid, gid, _ = state
+    try:
+        owner = pwd.getpwuid(uid).pw_name
+        group = grp.getgrgid(gid).gr_name
+    except KeyError:
+        owner, group = str(uid), str(gid)
+    return host.to_case(f"{mode & 0o7777:04o} {owner} {group} {path.relative_to(root)}"
+                        f"{'/' if path.is_dir() else ''}\n".encode())
+
+
+def changes(before, after, root, host):
+    """Returns the listing of what is new or has changed, and the contents of its files."""
+    tree, left = b"", {}
+    for path in sorted(after):
+        if after[path] == before.get(path):
+            continue
+        tree += describe(path, root, after[path], host)
+        if after[path][3] is not None:
+            left[str(path.relative_to(root))] = host.to_case(after[path][3])
+    for path in sorted(set(before) - set(after)):
+        tree += f"gone {path.relative_to(root)}\n".encode()
+    return tree, left
+
+
+def make_output(output):
+    """Returns what the recipes printed: only GNU make names the directories that it enters."""
+    return b"".join(line for line in output.splitlines(keepends=True)
+                    if not re.match(rb"make(\[\d+\])?: (Entering|Leaving) directory", line))
+
+
+def play(case, settings, program, typed, make):
+    """Runs the program on a fresh distribution, and make on its result; returns all that came."""
+    root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
+    try:
+        root.chmod(0o755)
+        host = Host(settings, root)
+        lay_out(case, settings, host)
+        before = snapshot(root)
+        got = {}
+        typed = host.to_host(typed)
+        output, errors, status = run([program], host, settings, typed,
+                                     subprocess.STDOUT if make != "split" else subprocess.PIPE)
+        got["status"] = status
+        got["screen"] = host.to_case(output)
+        got["errors"] = host.to_case(errors or b"")
+        if make in ("make", "bmake"):
+            made, _, result = run([make, "-f", "install.mk"], host, settings, b"",
+                                  subprocess.STDOUT)
+            got["making"] = host.to_case(make_output(made)) + f"status {result}\n".encode()
+        got["tree"], got["left"] = changes(before, snapshot(root), root, host)
+        return got
+    finally:
+        shutil.rmtree(root)
+
+
+def record(case, settings, program, typed):
+    root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
+    try:
+        root.chmod(0o755)
+        host = Host(settings, root)
+        lay_out(case, settings, host)
+        return host.to_case(record_session([program], host, settings, host.to_host(typed)))
+    finally:
+        shutil.rmtree(root)
+
+
+def read(path):
+    return path.read_bytes() if path.exists() else b""
+
+
+def expected_typed(case):
+    if (case / "typed").exists():
+        return read(case / "typed")
+    return b"".join(answer + b"\n" for answer in ANSWER.findall(read(case / "session")))
+
+
+def expectations(case, settings):
+    left = {}
+    for path in (case / "left").rglob("*"):
+        if path.is_file():
+            left[str(path.relative_to(case / "left"))] = path.read_bytes()
+    return {"status": int(settings["status"]), "screen": ANSWER.sub(b"", read(case / "session")),
+            "errors": read(case / "errors"), "making": read(case / "making"),
+            "tree": read(case / "tree"), "left": left}
+
+
+def show_difference(name, wanted, got):
+    print(f"--- {name}: expected and got")
+    if not isinstance(wanted, bytes):
+        print(wanted, got, sep="\n")
+        return
+    with tempfile.TemporaryDirectory() as scratch:
+        paths = [pathlib.Path(scratch) / side for side in ("expected", "got")]
+        paths[0].write_bytes(wanted)
+        paths[1].write_bytes(got)
+        sys.stdout.flush()
+        subprocess.run(["diff", "-a", "-u", *paths], check=False)
+
+
+def compare(wanted, got, names):
+    same = True
+    for name in names:
+        if wanted[name] == got[name]:
+            continue
+        same = False
+        if name == "left":
+            for path in sorted(set(wanted[name]) | set(got[name])):
+                if wanted[name].get(path) != got[name].get(path):
+                    show_difference(path, wanted[name].get(path, b""), got[name].get(path, b""))
+        else:
+            show_difference(name, wanted[name], got[name])
+    return same
+
+
+def accept(case, settings, program):
+    typed = expected_typed(case)
+    session = record(case, settings, program, typed)
+    (case / "session").write_bytes(session)
+    (case / "typed").unlink(missing_ok=True)
+    if expected_typed(case) != typed:  # the session cannot show it
+        (case / "session").write_bytes(ANSWER.sub(b"", session))
+        (case / "typed").write_bytes(typed)
+    got = play(case, settings, program, typed, "make" if settings["make"] else "")
+    errors = play(case, settings, program, typed, "split")["errors"]
+    for name, content in (("errors", errors), ("making", got.get("making", b"")),
+                          ("tree", got["tree"])):
+        if content:
+            (case / name).write_bytes(content)
+        else:
+            (case / name).unlink(missing_ok=True)
+    shutil.rmtree(case / "left", ignore_errors=True)
+    for name, content in got["left"].items():
+        path = case / "left" / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+    print(f"{case.name}: status {got['status']}; review the difference")
+
+
+def main():
+    arguments = sys.argv[1:]
+    accepting = arguments[:1] == ["--accept"]
+    build, case = (pathlib.Path(name).resolve() for name in arguments[accepting:])
+    settings = read_settings(case)
+    signal.signal(signal.SIGPIPE, signal.SIG_IGN)
+    if settings["user"] == "root" and os.geteuid() != 0:
+        print(f"skipped: {case.name} needs the superuser")
+        sys.exit(SKIPPED)
+    program = build / ("morvane" if settings["program"] == "real"
+                       else "tests/morvane_without_pauses")
+    if accepting:
+        accept(case, settings, program)
+        return
+    wanted, typed = expectations(case, settings), expected_typed(case)
+    same = True
+    if settings["program"] != "real":
+        split = play(case, settings, program, typed, "split")
+        same = compare(wanted, split, ["status", "errors"])
+    for make in ("make", "bmake") if settings["make"] else ("",):
+        got = play(case, settings, program, typed, make)
+        names = ["status", "screen", "tree", "left"] + (["making"] if make else [])
+        same = compare(wanted, got, names) and same
+    sys.exit(0 if same else 1)
+
+
+if __name__ == "__main__":
+    main()
