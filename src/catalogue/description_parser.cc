@@ -25,11 +25,11 @@ constexpr std::size_t SKIPPED_LINE = 255;
 // What must be open, or have room, for an entry to be accepted.
 enum class scope {
   PRODUCT,
-  FIXED_LISTS,   // not disabled by an explicit description state
-  NEW_TARGET,    // room for another target
+  FIXED_LISTS,  // not disabled by an explicit description state
+  NEW_TARGET,   // room for another target
   TARGET,
   CATEGORY,
-  NEW_TYPE,      // a category dependency with room for another type
+  NEW_TYPE,  // a category dependency with room for another type
   TYPE,
 };
 
@@ -163,8 +163,6 @@ struct keyword {
   void (*store)(description& d, string_view value);
 };
 
-
-
 // The keywords in the order in which they are tried: where two texts are equal, the first counts.
 constexpr keyword KEYWORDS[] = {
     {KEYWORD_DESCRIPTION_STATE, scope::PRODUCT, store_description_state},
@@ -257,9 +255,9 @@ bool accepts(const description& d, const keyword& word) {
   // The report on the proposed directory has always named its neighbour, the patch level.
   const message_number named =
       word.number == KEYWORD_NEEDS_PATH ? KEYWORD_NEEDS_PATCH : word.number;
-  diagnose(fill("%s : Error in %s.descr : array overflow, or %s occured before %s or %s!\n",
-                {PROGRAM_NAME, d.identifier, r[named], r[KEYWORD_NEEDS_CATEGORY],
-                 r[KEYWORD_TARGET]}));
+  diagnose(
+      fill("%s : Error in %s.descr : array overflow, or %s occured before %s or %s!\n",
+           {PROGRAM_NAME, d.identifier, r[named], r[KEYWORD_NEEDS_CATEGORY], r[KEYWORD_TARGET]}));
   return false;
 }
 

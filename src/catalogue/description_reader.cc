@@ -20,12 +20,13 @@ namespace {
 constexpr int LONGEST_VALUE = 1024;
 constexpr std::size_t LINE_LIMIT = LONGEST_VALUE + 1;
 
-bool is_blank(int c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
+bool is_blank(int c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
+}
 
 void warn_if_too_long(std::size_t length) {
   if (length < LINE_LIMIT) return;
-  diagnose(
-      fill("%s : warning : read line to long (max=%d)\n", {PROGRAM_NAME, int{LONGEST_VALUE}}));
+  diagnose(fill("%s : warning : read line to long (max=%d)\n", {PROGRAM_NAME, int{LONGEST_VALUE}}));
 }
 
 // Reads a quoted value behind its opening quote. The rest of its line is dropped.
@@ -99,7 +100,9 @@ void description_stream::skip_blanks() {
   while (is_blank(peek())) get();
 }
 
-bool is_white_space(int c) { return c == '\n' || is_blank(c); }
+bool is_white_space(int c) {
+  return c == '\n' || is_blank(c);
+}
 
 void getvar(description_stream& stream, std::string& value, std::string& comment) {
   value.clear();

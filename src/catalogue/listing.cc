@@ -1,9 +1,11 @@
 #include "catalogue/listing.h"
 
 #include <algorithm>
+#include <new>
 
 #include "console/message_format.h"
 #include "console/message_table.h"
+#include "platform/diagnostic.h"
 #include "platform/shell.h"
 
 namespace morvane {
@@ -22,21 +24,31 @@ bool same_directory(std::string_view directory, std::string_view candidate) {
            {quote(directory), first, quote(candidate), second, first, second}));
 }
 
+// Returns the lines of `listing`, without empty ones at its end.
+std::vector<std::string> split_lines(std::string_view listing) {
+  std::vector<std::string> lines;
+  while (!listing.empty()) {
+    const std::size_t length = std::min(listing.find('\n'), listing.size());
+    lines.emplace_back(listing.substr(0, length));
+    listing.remove_prefix(std::min(length + 1, listing.size()));
+  }
+  while (!lines.empty() && lines.back().empty()) lines.pop_back();
+  return lines;
+}
+
 }  // namespace
 
 std::vector<std::string> get_files(std::string_view directory, std::string_view pattern) {
-  std::vector<std::string> names;
-  if (!exists(directory)) return names;
-  const auto listing = output_of(fill("cd %s; ls %s 1> %s 2> /dev/null",
-                                      {quote(directory), pattern, scratch_file()}));
-  if (!listing) return names;
-  for (std::string_view rest = *listing; !rest.empty();) {
-    const std::size_t length = std::min(rest.find('\n'), rest.size());
-    names.emplace_back(rest.substr(0, length));
-    rest.remove_prefix(std::min(length + 1, rest.size()));
+  if (!exists(directory)) return {};
+  const auto listing = output_of(
+      fill("cd %s; ls %s 1> %s 2> /dev/null", {quote(directory), pattern, scratch_file()}));
+  if (!listing) return {};
+  try {
+    return split_lines(*listing);
+  } catch (const std::bad_alloc&) {
+    diagnose_exhausted_memory();
+    return {};
   }
-  while (!names.empty() && names.back().empty()) names.pop_back();
-  return names;
 }
 
 std::optional<std::string> get_pwd() {

@@ -14,11 +14,17 @@ int get_next_free_product(const product_table& table) {
   return static_cast<int>(slot - table.begin());
 }
 
-bool is_free(const product& record) { return record.install < product_state::INITIALISED; }
+bool is_free(const product& record) {
+  return record.install < product_state::INITIALISED;
+}
 
-bool on_host_after_run(const product& record) { return record.install >= product_state::SELECTED; }
+bool on_host_after_run(const product& record) {
+  return record.install >= product_state::SELECTED;
+}
 
-bool already_installed(const product& record) { return record.install >= product_state::ACCEPTED; }
+bool already_installed(const product& record) {
+  return record.install >= product_state::ACCEPTED;
+}
 
 bool is_ordered(const product& record) {
   return record.install == product_state::CONFIGURED ||
@@ -39,8 +45,8 @@ std::string version_numbers(int version, int subversion, int minorversion, int p
 }
 
 std::string product_version(const product& record) {
-  return "version " + version_numbers(record.version, record.subversion, record.minorversion,
-                                      record.patch);
+  return "version " +
+         version_numbers(record.version, record.subversion, record.minorversion, record.patch);
 }
 
 const target_dep* resolved_target(const product& record, std::size_t slot) {

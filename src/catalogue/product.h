@@ -13,12 +13,12 @@
 
 namespace morvane {
 
-inline constexpr int TABLE_SIZE = 50;        // products known in one run
-inline constexpr std::size_t TARGETS = 12;   // targets of a product
-inline constexpr std::size_t CATEGORIES = 10;  // category dependencies of a target
-inline constexpr std::size_t TYPES = 10;     // type alternatives of a category dependency
-inline constexpr std::size_t FILES = 20;     // files of a type alternative, end mark included
-inline constexpr std::size_t PATCHES = 20;   // needed patches of a product, end mark included
+inline constexpr int TABLE_SIZE = 50;           // products known in one run
+inline constexpr std::size_t TARGETS = 12;      // targets of a product
+inline constexpr std::size_t CATEGORIES = 10;   // category dependencies of a target
+inline constexpr std::size_t TYPES = 10;        // type alternatives of a category dependency
+inline constexpr std::size_t FILES = 20;        // files of a type alternative, end mark included
+inline constexpr std::size_t PATCHES = 20;      // needed patches of a product, end mark included
 inline constexpr std::size_t FIXED_NAMES = 10;  // fixed owners or groups of a product
 
 using name_text = text<50>;
@@ -28,13 +28,13 @@ using long_text = std::optional<std::string>;  // absent differs from empty
 
 // What is known of a product. The order of the codes carries meaning; ask the functions below.
 enum class product_state {
-  FREE = -1,                        // the slot holds no product
-  INITIALISED = 0,                  // being read or probed, not classified yet
-  AVAILABLE = 1,                    // its archive lies in the distribution
-  SELECTED = 2,                     // selected for installation
-  CONFIGURED = 3,                   // selected, and its settings are accepted
-  ACCEPTED = 9,                     // installed, accepted although a dependency's check failed
-  INSTALLED = 10,                   // its description lies among the installed products
+  FREE = -1,                          // the slot holds no product
+  INITIALISED = 0,                    // being read or probed, not classified yet
+  AVAILABLE = 1,                      // its archive lies in the distribution
+  SELECTED = 2,                       // selected for installation
+  CONFIGURED = 3,                     // selected, and its settings are accepted
+  ACCEPTED = 9,                       // installed, accepted although a dependency's check failed
+  INSTALLED = 10,                     // its description lies among the installed products
   SELECTED_FOR_RECONFIGURATION = 11,  // installed, and selected to be configured again
 };
 
@@ -51,7 +51,7 @@ inline constexpr int DESCRIBED = 2;
 
 // Values of `product::path_valid`.
 inline constexpr int NO_PATH = 0;
-inline constexpr int PATH_CHOSEN = 1;  // in this run
+inline constexpr int PATH_CHOSEN = 1;   // in this run
 inline constexpr int PATH_SCANNED = 2;  // the products installed there are in the table
 
 struct product;

@@ -25,7 +25,9 @@ std::string address(const void* record) {
   return std::string(digits.data(), end.ptr);
 }
 
-int state_code(product_state state) { return static_cast<int>(state); }
+int state_code(product_state state) {
+  return static_cast<int>(state);
+}
 
 void print_type(std::string_view indices, const type_dep& type) {
   put("\t\ttype_dep [%s] : %x\n", {indices, address(&type)});

@@ -9,8 +9,8 @@
 namespace morvane {
 
 void report_full_table() {
-  diagnose(fill("%s: More than %d product entries, array overflow.\n",
-                {PROGRAM_NAME, int{TABLE_SIZE}}));
+  diagnose(
+      fill("%s: More than %d product entries, array overflow.\n", {PROGRAM_NAME, int{TABLE_SIZE}}));
 }
 
 void read_installed_product(std::string_view descriptions, std::string_view identifier,

@@ -23,7 +23,9 @@ char next_character() {
   return static_cast<char>(c);
 }
 
-char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char to_lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // Tells whether `c` is the letter of that answer. A letter that the message lacks matches nothing.
 bool is_letter(char c, answer_letter letter) {
@@ -72,6 +74,8 @@ std::optional<std::string> ask_string(std::size_t longest) {
   return std::string(until_nul(answer.kept));
 }
 
-void read_character() { next_character(); }
+void read_character() {
+  next_character();
+}
 
 }  // namespace morvane

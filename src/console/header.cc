@@ -12,7 +12,9 @@ void print_framed(std::string_view text) {
   print_with_cr2(text, screen_width(), r[LEFT_FRAME], r[RIGHT_FRAME]);
 }
 
-void print_line(std::string_view line) { print(fill("%s\n", {line})); }
+void print_line(std::string_view line) {
+  print(fill("%s\n", {line}));
+}
 
 }  // namespace
 

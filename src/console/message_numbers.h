@@ -8,7 +8,7 @@ enum message_number : int {
   // Questions and answers
   ANSWER_LETTERS = 1,  // yes, no, quit
   ANSWER_HINT = 35,
-  YES_NO_QUESTION = 53,   // format: nothing, question, hint
+  YES_NO_QUESTION = 53,    // format: nothing, question, hint
   CONFIRM_SELECTION = 34,  // also the reply to an answer that is neither yes nor no
   FAREWELL = 299,
 

@@ -78,8 +78,7 @@ class category_dialogue {
   // Returns the number of type alternatives.
   std::size_t alternatives() const {
     const auto& types = category_.type_dep;
-    return static_cast<std::size_t>(std::find(types.begin(), types.end(), nullptr) -
-                                    types.begin());
+    return static_cast<std::size_t>(std::find(types.begin(), types.end(), nullptr) - types.begin());
   }
 
   const type_dep& chosen_type() const {
@@ -154,9 +153,8 @@ class category_dialogue {
   }
 
   chosen_path ask_for_directory(const requirement& wanted) {
-    const std::string question =
-        fill("\n%s '%s' %s",
-             {r[DIRECTORY_QUESTION], category_.category, r[DIRECTORY_QUESTION_END]});
+    const std::string question = fill(
+        "\n%s '%s' %s", {r[DIRECTORY_QUESTION], category_.category, r[DIRECTORY_QUESTION_END]});
     return get_valid_path(question, wanted.proposed_directory,
                           {.insist = target_.need_no_install == 0});
   }
@@ -240,9 +238,10 @@ class category_dialogue {
     print(version_line(slot));
     print(fill("%s\n", {r[MISMATCH_REASONS]}));
     if (!is_acceptable(version)) {
-      print(fill("\t%s %s\n", {r[MISMATCH_VERSION],
-                               version_numbers(wanted.version.version, wanted.version.subversion,
-                                               wanted.version.minorversion, wanted.version.patch)}));
+      print(
+          fill("\t%s %s\n", {r[MISMATCH_VERSION],
+                             version_numbers(wanted.version.version, wanted.version.subversion,
+                                             wanted.version.minorversion, wanted.version.patch)}));
     }
     if (files.missing != 0) {
       print(fill("\t%s\n\t\t", {r[MISMATCH_FILES]}));

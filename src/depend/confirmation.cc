@@ -20,9 +20,9 @@ void print_dependency_heading(const product& record, std::string_view target,
 
 // The quote and full stop stand twice, at the end of the heading and before the next line.
 void print_patch_heading(const product& record, const product& candidate) {
-  std::string heading =
-      fill("\n%s '%s %s' %s '%s ", {r[DEPENDENCY_PRODUCT], record.name, product_version(record),
-                                    r[PATCH_NEEDS], record.name});
+  std::string heading = fill(
+      "\n%s '%s %s' %s '%s ",
+      {r[DEPENDENCY_PRODUCT], record.name, product_version(record), r[PATCH_NEEDS], record.name});
   heading += candidate.patch > 0 ? fill("Patch %d", {candidate.patch}) : "Original";
   heading += "'.\n";
   print_with_cr(heading, screen_width());

@@ -51,8 +51,8 @@ std::string get_links_path(std::string links, std::optional<std::string_view> ba
 }
 
 version_quadruple get_kemo_version(std::string_view links) {
-  const bool newer = run_command(fill(
-      "%s%s%s%s", {quote(links), r[LINKS_COMMAND_1], r[LINKS_COMMAND_2], r[LINKS_COMMAND_3]}));
+  const bool newer = run_command(
+      fill("%s%s%s%s", {quote(links), r[LINKS_COMMAND_1], r[LINKS_COMMAND_2], r[LINKS_COMMAND_3]}));
   return {1, newer ? 3 : 2, 0, 0};
 }
 

@@ -21,8 +21,8 @@ void report_mismatch(std::string_view operation) {
 // Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.
 std::optional<match_level> rank(const product& record, const product& candidate, int patch) {
   if (!on_host_after_run(candidate) || candidate.version != record.version ||
-      candidate.subversion != record.subversion ||
-      candidate.minorversion != record.minorversion || candidate.patch != patch) {
+      candidate.subversion != record.subversion || candidate.minorversion != record.minorversion ||
+      candidate.patch != patch) {
     return std::nullopt;
   }
   const bool name = candidate.name == record.name;
@@ -58,8 +58,8 @@ void print_indented(std::string_view text) {
 // Tells that nothing supplies patch level `patch`, and asks whether to leave it so.
 bool leave_open(const product& record, int patch) {
   print(fill("\n\n%s\n", {r[PATCH_NOT_FOUND]}));
-  std::string missing = fill("\n'%s %s' %s '%s ", {record.name, product_version(record),
-                                                   r[PATCH_NEEDS], record.name});
+  std::string missing = fill("\n'%s %s' %s '%s ",
+                             {record.name, product_version(record), r[PATCH_NEEDS], record.name});
   missing += patch > 0 ? fill("patch %d'.\n\n", {patch}) : "original'.\n\n";
   print_indented(missing);
   print_indented(fill("%s '%s'.\n", {r[PATCH_DIRECTORY], record.path}));

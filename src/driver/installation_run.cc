@@ -38,8 +38,8 @@ void ask_for_settings(product& record, product_table& table) {
 }
 
 bool wants_to_change(const product& record) {
-  return choose_y_or_n(fill("\n\n%s '%s' %s ?", {r[CHANGE_SETTINGS], product_name(record),
-                                                 product_version(record)}));
+  return choose_y_or_n(fill("\n\n%s '%s' %s ?",
+                            {r[CHANGE_SETTINGS], product_name(record), product_version(record)}));
 }
 
 // Settles the settings of `record`, as often as the operator wants to change them. What was settled

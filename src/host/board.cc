@@ -1,7 +1,8 @@
 #include "host/board.h"
 
 #include <algorithm>
-#include <fstream>
+#include <array>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,18 +39,31 @@ bool put_default_bus() {
   return true;
 }
 
+bool is_comment_start(int c) {
+  return c == '#' || c == ' ' || c == '\t' || c == '\v' || c == '\r' || c == '\f';
+}
+
+// Takes the rest of the line, or the first 999 characters of it: what is beyond is a line of its
+// own.
+void skip_line(std::FILE* config) {
+  std::array<char, 1000> dropped;
+  if (std::fgets(dropped.data(), dropped.size(), config) == nullptr) return;
+}
+
 }  // namespace
 
 void read_board_type() {
-  std::ifstream config(trans_conf.c_str());
-  constexpr std::string_view COMMENT_STARTS = "#\t\v\r\f ";
-  std::string line;
-  while (COMMENT_STARTS.find(static_cast<char>(config.peek())) != std::string_view::npos ||
-         config.peek() == '\n') {
-    std::getline(config, line);
-  }
-  std::string board;
-  if (config >> line >> board) Board = board;
+  std::FILE* config = std::fopen(trans_conf.c_str(), "r");
+  if (config == nullptr) return;
+  int c;
+  do {
+    c = std::getc(config);
+    if (is_comment_start(c)) skip_line(config);
+  } while (c == '\n' || is_comment_start(c));
+  std::ungetc(c, config);
+  std::array<char, 10> board;
+  if (std::fscanf(config, "%*s %9s", board.data()) == 1) Board = board.data();
+  std::fclose(config);
 }
 
 void get_board_bus_type() {

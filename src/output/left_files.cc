@@ -15,7 +15,7 @@ bool stands_in(const std::array<name_text, FIXED_NAMES>& names, std::string_view
 }
 
 // Tells whether `name` is among the fixed owners or groups, as `list` says, of a wanted target.
-bool stands_in_targets(const product& record, long_text target_dep::* list, std::string_view name) {
+bool stands_in_targets(const product& record, long_text target_dep::*list, std::string_view name) {
   for (const auto& target : record.target_dep) {
     if (target == nullptr || target->install < target_state::WANTED) continue;
     const long_text& names = (*target).*list;

@@ -265,11 +265,12 @@ class product_rules {
     for (std::size_t slot = 0; slot < TARGETS; ++slot) {
       const target_dep* target = resolved_target(product_, slot);
       if (target == nullptr) continue;
-      put_with("{id}-{target}: {path}/install/{id}.make\n"
-               "\techo \"** making '{target}' for '{name}'\"\n"
-               "\tcd {path}/install; $(MAKE) -f {id}.make {target}\n"
-               "\n",
-               {{"target", std::string(target->target)}});
+      put_with(
+          "{id}-{target}: {path}/install/{id}.make\n"
+          "\techo \"** making '{target}' for '{name}'\"\n"
+          "\tcd {path}/install; $(MAKE) -f {id}.make {target}\n"
+          "\n",
+          {{"target", std::string(target->target)}});
     }
   }
 
@@ -291,9 +292,10 @@ class product_rules {
     }
     const places copy = {{"file", std::string(file)},
                          {"directory", fill_places(directory, places_)}};
-    put_with("\tdiff ./{file} {directory}/{file} > /dev/null 2>&1 || \\\n"
-             "\t(cp -p ./{file} {directory}",
-             copy);
+    put_with(
+        "\tdiff ./{file} {directory}/{file} > /dev/null 2>&1 || \\\n"
+        "\t(cp -p ./{file} {directory}",
+        copy);
     if (superuser_) put_with(" && \\\n\tchown {owner} {directory}/{file}", copy);
     put_with(" && \\\n\tchgrp {group} {directory}/{file}", copy);
     if (closed()) put_with(" && \\\n\tchmod o-rwx {directory}/{file}", copy);
@@ -337,12 +339,13 @@ std::string file_head(const std::vector<const product*>& products) {
 }
 
 std::string file_tail() {
-  return fill("%s"
-              ".c:\n"
-              "\techo \"** compiling $@\"\n"
-              "\t$(CC) $(OPTS) -o ./$@ ./$*.c\n"
-              "\n\n",
-              {SEPARATOR});
+  return fill(
+      "%s"
+      ".c:\n"
+      "\techo \"** compiling $@\"\n"
+      "\t$(CC) $(OPTS) -o ./$@ ./$*.c\n"
+      "\n\n",
+      {SEPARATOR});
 }
 
 }  // namespace

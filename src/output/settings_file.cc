@@ -47,9 +47,10 @@ std::string dependency_lines(const product& record) {
       if (supplier != nullptr && supplier->install >= product_state::CONFIGURED) {
         lines += supplier_lines(category->category, *supplier);
       } else {
-        diagnose(fill("%s : product pointer for dependency missing for category %s while "
-                      "installing %s",
-                      {PROGRAM_NAME, category->category, record.name}));
+        diagnose(
+            fill("%s : product pointer for dependency missing for category %s while "
+                 "installing %s",
+                 {PROGRAM_NAME, category->category, record.name}));
       }
     }
   }
@@ -67,8 +68,7 @@ void write_dat_file(const product& record) {
   content += product_lines(record);
   content += dependency_lines(record);
   if (!file.write(content)) {
-    diagnose(
-        fill("%s : warning : '%s' could not be written in full\n", {PROGRAM_NAME, file_name}));
+    diagnose(fill("%s : warning : '%s' could not be written in full\n", {PROGRAM_NAME, file_name}));
   }
 }
 

@@ -9,6 +9,9 @@ namespace morvane {
 // Writes `line` to standard error as it is given, after everything that was printed before.
 void diagnose(std::string_view line);
 
+// Tells on standard error that memory is exhausted.
+void diagnose_exhausted_memory();
+
 }  // namespace morvane
 
 #endif  // MORVANE_PLATFORM_DIAGNOSTIC_H

@@ -13,7 +13,9 @@ std::optional<user> to_user(const passwd* entry) {
   return user{entry->pw_name, entry->pw_dir};
 }
 
-std::string name_of(const passwd* entry) { return entry == nullptr ? "" : entry->pw_name; }
+std::string name_of(const passwd* entry) {
+  return entry == nullptr ? "" : entry->pw_name;
+}
 
 }  // namespace
 
@@ -21,11 +23,17 @@ std::optional<user> find_user(std::string_view name) {
   return to_user(getpwnam(std::string(name).c_str()));
 }
 
-std::optional<user> real_user() { return to_user(getpwuid(getuid())); }
+std::optional<user> real_user() {
+  return to_user(getpwuid(getuid()));
+}
 
-std::string real_user_name() { return name_of(getpwuid(getuid())); }
+std::string real_user_name() {
+  return name_of(getpwuid(getuid()));
+}
 
-std::string effective_user_name() { return name_of(getpwuid(geteuid())); }
+std::string effective_user_name() {
+  return name_of(getpwuid(geteuid()));
+}
 
 std::string effective_group_name() {
   const group* entry = getgrgid(getegid());
@@ -36,8 +44,12 @@ bool group_exists(std::string_view name) {
   return getgrnam(std::string(name).c_str()) != nullptr;
 }
 
-bool started_by_superuser() { return getuid() == 0; }
+bool started_by_superuser() {
+  return getuid() == 0;
+}
 
-bool acts_as_superuser() { return geteuid() == 0; }
+bool acts_as_superuser() {
+  return geteuid() == 0;
+}
 
 }  // namespace morvane

@@ -21,6 +21,8 @@ std::optional<int> leading_number(std::string_view value) {
   return static_cast<int>(negative ? -magnitude : std::min(magnitude, BEYOND_INT - 1));
 }
 
-int number_or_zero(std::string_view value) { return leading_number(value).value_or(0); }
+int number_or_zero(std::string_view value) {
+  return leading_number(value).value_or(0);
+}
 
 }  // namespace morvane

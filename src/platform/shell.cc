@@ -67,11 +67,17 @@ std::string quote(std::string_view value) {
   return quoted + "'";
 }
 
-bool exists(std::string_view path) { return access(std::string(path).c_str(), F_OK) == 0; }
+bool exists(std::string_view path) {
+  return access(std::string(path).c_str(), F_OK) == 0;
+}
 
-std::string scratch_file() { return "/tmp/" + std::to_string(getpid()) + ".tmp"; }
+std::string scratch_file() {
+  return "/tmp/" + std::to_string(getpid()) + ".tmp";
+}
 
-std::string second_scratch_file() { return scratch_file() + "1"; }
+std::string second_scratch_file() {
+  return scratch_file() + "1";
+}
 
 bool create_scratch_file(const std::string& path) {
   unlink(path.c_str());
@@ -93,7 +99,7 @@ std::optional<std::string> output_of(const std::string& command) {
   try {
     if (run_command(command)) output = read_file(file);
   } catch (const std::bad_alloc&) {
-    diagnose(std::string(PROGRAM_NAME) + ": failed to allocate memory");
+    diagnose_exhausted_memory();
     return std::nullopt;
   }
   run_command("'rm' -f " + file);

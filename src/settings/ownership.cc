@@ -26,8 +26,7 @@ struct ownership_question {
 };
 
 constexpr ownership_question OWNER = {
-    OWNER_QUESTION, UNKNOWN_USER,
-    [](std::string_view name) { return find_user(name).has_value(); },
+    OWNER_QUESTION, UNKNOWN_USER, [](std::string_view name) { return find_user(name).has_value(); },
     [](std::string_view name) { return check_chown_rights(name, std::nullopt); }};
 
 constexpr ownership_question GROUP = {
@@ -41,10 +40,10 @@ bool is_valid(const product* record, std::string_view operation) {
   return false;
 }
 
-// Returns the first product of `table` in the directory of `record` whose owner or group, as `valid`
-// tells, is settled, or null.
+// Returns the first product of `table` in the directory of `record` whose owner or group, as
+// `valid` tells, is settled, or null.
 const product* find_neighbour(const product& record, const product_table& table,
-                              bool product::* valid) {
+                              bool product::*valid) {
   const auto found = std::find_if(table.begin(), table.end(), [&](const product& other) {
     return on_host_after_run(other) && other.path_valid > NO_PATH && other.path == record.path &&
            other.*valid;

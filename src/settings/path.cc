@@ -19,9 +19,9 @@ namespace {
 
 // Prints the question and returns the answer, `proposal` where it is empty.
 std::string ask_for_path(std::string_view question, std::string_view proposal) {
-  print_with_cr(proposal.empty() ? fill("%s:\n", {question})
-                                 : fill("%s:\n(%s) ", {question, proposal}),
-                screen_width());
+  print_with_cr(
+      proposal.empty() ? fill("%s:\n", {question}) : fill("%s:\n(%s) ", {question, proposal}),
+      screen_width());
   return ask_string().value_or(std::string(proposal));
 }
 
@@ -135,8 +135,7 @@ chosen_path get_valid_path(std::string_view question, std::string_view proposal,
 
 void get_product_path(product* record) {
   if (record == nullptr || is_free(*record)) {
-    diagnose(
-        fill("%s : get_product_path : error : invalid product\n", {PROGRAM_NAME}));
+    diagnose(fill("%s : get_product_path : error : invalid product\n", {PROGRAM_NAME}));
     return;
   }
   if (record->path_valid != NO_PATH) return;
@@ -155,12 +154,10 @@ void get_product_path(product* record) {
     print_with_cr(*record->path_info, screen_width());
   }
   const std::string question =
-      fill("\n%s '%s'!\n%s",
-           {r[PATH_QUESTION_HEADING], product_name(*record), r[PATH_QUESTION]});
-  record->path =
-      get_valid_path(question, record->path,
-                     {.offer_to_create = true, .writable = true, .insist = true})
-          .path;
+      fill("\n%s '%s'!\n%s", {r[PATH_QUESTION_HEADING], product_name(*record), r[PATH_QUESTION]});
+  record->path = get_valid_path(question, record->path,
+                                {.offer_to_create = true, .writable = true, .insist = true})
+                     .path;
   record->path_valid = PATH_CHOSEN;
 }
 

@@ -32,10 +32,10 @@ void write_file(const std::filesystem::path& path, std::string_view content);
 std::string read_file(const std::filesystem::path& path);
 
 struct outcome {
-  std::string out;     // standard output
-  std::string err;     // standard error
-  std::string merged;  // both, in the order in which they were written
-  int status = -1;     // exit status; -1 where a signal ended the child
+  std::string out;        // standard output
+  std::string err;        // standard error
+  std::string merged;     // both, in the order in which they were written
+  int status = -1;        // exit status; -1 where a signal ended the child
   bool returned = false;  // whether the code came back, instead of ending the program
   std::string result;     // what the code returned
 };

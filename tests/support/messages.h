@@ -15,7 +15,9 @@ namespace morvane {
 void use_test_messages();
 
 // Replaces one message.
-inline void set_message(int number, std::string_view text) { r.store(number, text); }
+inline void set_message(int number, std::string_view text) {
+  r.store(number, text);
+}
 
 }  // namespace morvane
 

@@ -5,6 +5,8 @@
 
 namespace morvane {
 
-void pause_for(unsigned) { std::fflush(stdout); }
+void pause_for(unsigned) {
+  std::fflush(stdout);
+}
 
 }  // namespace morvane
