@@ -142,6 +142,7 @@ enum message_number : int {
   CATEGORY_OF_LINKS_TOOL = 240,
   CATEGORY_STANDING_IN = 241,  // for the next
   CATEGORY_WITH_STAND_IN = 245,
+  CATEGORY_WITHOUT_FALLBACK = 242,  // known; its version is what its descriptions say
   LINKS_TOOL_TYPE_1 = 250,
   LINKS_TOOL_TYPE_2 = 251,
   LINKS_TOOL_TYPE_3 = 254,
