@@ -14,9 +14,6 @@ namespace morvane {
 // skipped.
 void read_product(std::string_view directory, std::string_view identifier, product& record);
 
-// Appends `added` to `text` as a further line; to an absent text as its first.
-void append_text(long_text& text, std::string_view added);
-
 }  // namespace morvane
 
 #endif  // MORVANE_CATALOGUE_DESCRIPTION_PARSER_H

@@ -1,0 +1,184 @@
+#include "catalogue/description_keywords.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "platform/number.h"
+#include "platform/words.h"
+
+namespace morvane {
+
+namespace {
+
+using std::string_view;
+
+void store_description_state(description& d, string_view value) {
+  d.record.descr_avail = number_or_zero(value);
+  if (d.record.descr_avail == 0) {
+    d.record.descr_avail = DESCRIBED;
+  } else {
+    d.fixed_lists_disabled = true;
+  }
+}
+
+// Stores a version "1.2.3" into the three numbers of `versioned`; parts that are missing are 0 and
+// parts beyond the third are ignored.
+template <typename Versioned>
+void store_version(Versioned& versioned, string_view value) {
+  std::array<int, 3> parts{};
+  for (int& part : parts) {
+    const std::size_t dot = std::min(value.find('.'), value.size());
+    part = number_or_zero(value.substr(0, dot));
+    value.remove_prefix(std::min(dot + 1, value.size()));
+  }
+  versioned.version = parts[0];
+  versioned.subversion = parts[1];
+  versioned.minorversion = parts[2];
+}
+
+// A target beyond the last one that a record holds is still counted, so that the entries that
+// belong to it are refused; it is kept nowhere.
+void open_target(description& d, string_view value) {
+  if (value.empty()) return;
+  ++d.target_index;
+  d.category_index = -1;
+  d.type_index = -1;
+  if (d.target_index == static_cast<int>(TARGETS)) return;
+  auto& slot = d.record.target_dep[static_cast<std::size_t>(d.target_index)];
+  slot = std::make_unique<target_dep>();
+  slot->target = value;
+}
+
+// As with targets, a category dependency beyond the last one is counted, but kept nowhere.
+void open_category(description& d, string_view value) {
+  if (value.empty()) return;
+  ++d.category_index;
+  d.type_index = -1;
+  if (d.category_index >= static_cast<int>(CATEGORIES)) return;
+  auto& slot = d.target()->category_dep[static_cast<std::size_t>(d.category_index)];
+  slot = std::make_unique<category_dep>();
+  slot->category = value;
+}
+
+void open_type(description& d, string_view value) {
+  if (value.empty()) return;
+  ++d.type_index;
+  auto& slot = d.category()->type_dep[static_cast<std::size_t>(d.type_index)];
+  slot = std::make_unique<type_dep>();
+  slot->type = value;
+  d.category()->type_num = 0;
+}
+
+// Stores a list of file names; the entry behind the last name becomes the end mark.
+void store_files(description& d, string_view value) {
+  if (value.empty()) return;
+  auto& files = d.type()->file_dep;
+  std::size_t count = 0;
+  for (const string_view name : split_words(value, WHITE_SPACE)) {
+    if (count == files.size() - 1) break;
+    files[count++] = name;
+  }
+  files[count].reset();
+}
+
+// Stores a list of patch numbers separated by blanks or tabs, and -1 behind them. Behind each
+// number the reader moves to the next separator and from there to the next digit, so that only the
+// first number can have a sign, and a blank before the first number makes it count twice.
+void store_patches(description& d, string_view value) {
+  auto& patches = d.record.needed_patches;
+  for (std::size_t k = 0;; ++k) {
+    const bool last = k == patches.size() - 1;
+    patches[k] = last ? -1 : leading_number(value).value_or(-1);
+    if (patches[k] == -1) return;
+    value.remove_prefix(std::min(value.find_first_of(" \t"), value.size()));
+    value.remove_prefix(std::min(value.find_first_of("0123456789"), value.size()));
+  }
+}
+
+// Stores a list of user or group names. Only white space behind the last name makes the entry
+// behind it an end mark; other entries keep what an earlier list put there.
+void store_fixed_names(description& d, std::array<name_text, FIXED_NAMES>& names,
+                       string_view value) {
+  std::size_t count = 0;
+  for (const string_view name : split_words(value, WHITE_SPACE)) {
+    if (count == names.size()) break;
+    names[count++] = name;
+  }
+  const bool ends_in_white_space =
+      !value.empty() && WHITE_SPACE.find(value.back()) != string_view::npos;
+  if (ends_in_white_space && count < names.size()) names[count] = "";
+  d.record.descr_avail = FIXED_LISTS;
+}
+
+}  // namespace
+
+const std::array<keyword, KEYWORD_COUNT> KEYWORDS = {{
+    {KEYWORD_DESCRIPTION_STATE, scope::PRODUCT, store_description_state},
+    {KEYWORD_NAME, scope::PRODUCT, [](description& d, string_view v) { d.record.name = v; }},
+    {KEYWORD_FULL_NAME, scope::PRODUCT,
+     [](description& d, string_view v) { d.record.full_name = v; }},
+    {KEYWORD_VERSION, scope::PRODUCT,
+     [](description& d, string_view v) { store_version(d.record, v); }},
+    {KEYWORD_PATCH, scope::PRODUCT,
+     [](description& d, string_view v) { d.record.patch = number_or_zero(v); }},
+    {KEYWORD_CATEGORY, scope::PRODUCT,
+     [](description& d, string_view v) { d.record.category = v; }},
+    {KEYWORD_TYPE, scope::PRODUCT, [](description& d, string_view v) { d.record.type = v; }},
+    {KEYWORD_ABSTRACT, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.abstract, v); }},
+    {KEYWORD_HARDWARE, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.hardware, v); }},
+    {KEYWORD_TARGET, scope::NEW_TARGET, open_target},
+    {KEYWORD_SUPPLIERS_ELSEWHERE, scope::TARGET,
+     [](description& d, string_view v) { d.target()->need_no_install = number_or_zero(v); }},
+    {KEYWORD_ASK, scope::TARGET,
+     [](description& d, string_view v) { append_text(d.target()->ask, v); }},
+    {KEYWORD_ASK_AGAIN, scope::TARGET,
+     [](description& d, string_view v) { append_text(d.target()->re_ask, v); }},
+    {KEYWORD_TARGET_OWNER, scope::TARGET,
+     [](description& d, string_view v) { d.target()->fix_owner = v; }},
+    {KEYWORD_TARGET_GROUP, scope::TARGET,
+     [](description& d, string_view v) { d.target()->fix_group = v; }},
+    {KEYWORD_NEEDS_CATEGORY, scope::TARGET, open_category},
+    {KEYWORD_NEEDS_TEXT, scope::CATEGORY,
+     [](description& d, string_view v) { d.category()->text = v; }},
+    {KEYWORD_NEEDS_TYPE, scope::NEW_TYPE, open_type},
+    {KEYWORD_NEEDS_VERSION, scope::TYPE,
+     [](description& d, string_view v) { store_version(*d.type(), v); }},
+    {KEYWORD_NEEDS_PATCH, scope::TYPE,
+     [](description& d, string_view v) { d.type()->patch = number_or_zero(v); }},
+    {KEYWORD_NEEDS_PATH, scope::TYPE,
+     [](description& d, string_view v) { d.type()->std_path = v; }},
+    {KEYWORD_NEEDS_FILES, scope::TYPE, store_files},
+    {KEYWORD_REQUIRED_PATCHES, scope::PRODUCT, store_patches},
+    {KEYWORD_PATH, scope::PRODUCT, [](description& d, string_view v) { d.record.path = v; }},
+    {KEYWORD_PATH_INFO, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.path_info, v); }},
+    {KEYWORD_PATH_VARIABLE, scope::PRODUCT,
+     [](description& d, string_view v) { d.record.path_env_var = v; }},
+    {KEYWORD_OWNER, scope::PRODUCT, [](description& d, string_view v) { d.record.owner = v; }},
+    {KEYWORD_OWNER_INFO, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.owner_info, v); }},
+    {KEYWORD_GROUP, scope::PRODUCT, [](description& d, string_view v) { d.record.group = v; }},
+    {KEYWORD_GROUP_INFO, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.group_info, v); }},
+    {KEYWORD_ACCESS_INFO, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.other_access_info, v); }},
+    {KEYWORD_NEEDED_TOOLS, scope::PRODUCT,
+     [](description& d, string_view v) { append_text(d.record.needed_tools, v); }},
+    {KEYWORD_FIXED_OWNERS, scope::FIXED_LIST,
+     [](description& d, string_view v) { store_fixed_names(d, d.record.fix_owner, v); }},
+    {KEYWORD_FIXED_GROUPS, scope::FIXED_LIST,
+     [](description& d, string_view v) { store_fixed_names(d, d.record.fix_group, v); }},
+}};
+
+void append_text(long_text& text, string_view added) {
+  if (text) {
+    *text += '\n';
+    *text += added;
+  } else {
+    text = added;
+  }
+}
+
+}  // namespace morvane
