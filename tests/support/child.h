@@ -34,15 +34,20 @@ std::string read_file(const std::filesystem::path& path);
 struct outcome {
   std::string out;        // standard output
   std::string err;        // standard error
-  std::string merged;     // both, in the order in which they were written
   int status = -1;        // exit status; -1 where a signal ended the child
   bool returned = false;  // whether the code came back, instead of ending the program
   std::string result;     // what the code returned
+
+  // Everything that was written, standard output first.
+  std::string written() const { return out + err; }
 };
 
 // Runs `code` in a child process with `input` as its standard input. The test's own data are not
 // changed by it: what `code` finds out it returns as a text.
 outcome in_child(std::string_view input, const std::function<std::string()>& code);
+
+// The same with standard error going to `out`, too, in the order in which all was written.
+outcome in_child_in_order(std::string_view input, const std::function<std::string()>& code);
 
 }  // namespace morvane
 

@@ -148,14 +148,6 @@ inline outcome in_child_as_ordinary_user(std::string_view input,
   });
 }
 
-// As `in_child`, with what goes to standard error in `out` too, so that the order shows.
-inline outcome in_child_in_order(std::string_view input, const std::function<std::string()>& code) {
-  return in_child(input, [&] {
-    dup2(STDOUT_FILENO, STDERR_FILENO);
-    return code();
-  });
-}
-
 // Has no file grow beyond `bytes` in the rest of a child, as on a full disk.
 inline void limit_file_size(rlim_t bytes) {
   const rlimit limit = {bytes, bytes};

@@ -87,7 +87,7 @@ TEST(InstalledVersion, IsUnknownWithoutDescriptions) {
   EXPECT_EQ(version_in_db("DB", "sql"), "-1.-1.-1.-1");
   std::filesystem::create_directories("db/install");
   EXPECT_EQ(version_in_db("DB", "sql"), "-1.-1.-1.-1");
-  EXPECT_EQ(look_up("DB", "sql").merged, "");
+  EXPECT_EQ(look_up("DB", "sql").written(), "");
 }
 
 TEST(InstalledVersion, ADescribedProductOfTheTableTellsItsOwn) {

@@ -21,7 +21,7 @@ TEST(LinksPath, IsTheProposalThatNamesTheFile) {
   write_file("a/links.conf", "");
   const outcome seen = find_links("", "a/links.conf", "b");
   EXPECT_EQ(seen.result, "a/links.conf");
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(LinksPath, IsTheDefaultWhereTheProposalNamesSomethingElse) {

@@ -169,7 +169,7 @@ TEST(PatchSupplier, TheTwoBestLevelsAreTakenSilently) {
     for (const bool ask : {false, true}) {
       const outcome seen = settle("", products, ask);
       EXPECT_EQ(seen.result, "0:1");
-      EXPECT_EQ(seen.merged, "");
+      EXPECT_EQ(seen.written(), "");
     }
   }
 }
@@ -203,7 +203,7 @@ TEST(PatchSupplier, BetterLevelsAndLowerSlotsComeFirst) {
 TEST(PatchSupplier, WithoutAskingStaysOpenSilently) {
   patched_table products;
   const outcome seen = settle("", products, false);
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
   EXPECT_EQ(seen.result, "");
 }
 
@@ -245,7 +245,7 @@ TEST(PatchSupplier, IsOfNoInterestForProductsThatAreNotOnTheHost) {
   for (const auto state : {product_state::FREE, product_state::AVAILABLE}) {
     patched_table products;
     products.patch.install = state;
-    EXPECT_EQ(settle("", products, true).merged, "");
+    EXPECT_EQ(settle("", products, true).written(), "");
   }
   patched_table installed;
   installed.patch.install = product_state::INSTALLED;

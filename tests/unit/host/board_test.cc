@@ -66,7 +66,7 @@ TEST(BoardType, StaysAsItWasWithoutAFile) {
     return std::string(Board.view());
   });
   EXPECT_EQ(seen.result, "old");
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(BusType, EnterAloneTakesTheDefaultOfTheBoard) {

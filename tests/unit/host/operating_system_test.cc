@@ -188,7 +188,7 @@ TEST(HostCheck, LearnsTheTruthOfThisHost) {
     return std::string(check_host_system() ? "fits " : "does not fit ") + name.release;
   });
   EXPECT_EQ(seen.result, std::string("fits ") + host.release);
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(HostCheck, AHostThatCannotBeIdentifiedEndsTheProgram) {

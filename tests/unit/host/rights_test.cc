@@ -45,13 +45,13 @@ TEST(ChownRights, NothingAskedForIsAllowed) {
     return answer + " " + read_file("install.mk");
   });
   EXPECT_EQ(seen.result, "allowed kept");
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(ChownRights, AnOrdinaryUserMayGiveFilesToHimselfOnly) {
   const std::string own = user_name(ordinary_user());
   EXPECT_EQ(check_as_ordinary_user(own, std::nullopt).result, "allowed");
-  EXPECT_EQ(check_as_ordinary_user(own, std::nullopt).merged, "");
+  EXPECT_EQ(check_as_ordinary_user(own, std::nullopt).written(), "");
   for (const std::string& name : {std::string("root"), own + "x", std::string("no such user")}) {
     const outcome seen = check_as_ordinary_user(name, std::nullopt);
     EXPECT_EQ(seen.result, "refused");
@@ -64,7 +64,7 @@ TEST(ChownRights, TheSuperuserMayGiveFilesToEveryName) {
   if (!is_superuser()) GTEST_SKIP() << NEEDS_SUPERUSER;
   for (const char* name : {"root", "nobody", "no such user", ""}) {
     EXPECT_EQ(check(name, std::nullopt).result, "allowed");
-    EXPECT_EQ(check(name, std::nullopt).merged, "");
+    EXPECT_EQ(check(name, std::nullopt).written(), "");
   }
 }
 
@@ -88,7 +88,7 @@ TEST(ChownRights, AGroupThatDoesNotExistIsRefusedToEveryone) {
     for (const outcome& seen :
          {check(std::nullopt, name), check_as_ordinary_user(std::nullopt, name)}) {
       EXPECT_EQ(seen.result, "refused") << name;
-      EXPECT_EQ(seen.merged, group_refusal(name));
+      EXPECT_EQ(seen.written(), group_refusal(name));
     }
   }
 }
@@ -106,7 +106,7 @@ TEST(ChownRights, AGroupNameIsNeverRunByTheShell) {
 TEST(ChownRights, TheOperatorsOwnGroupIsAllowed) {
   const outcome seen = check(std::nullopt, group_name(getegid()));
   EXPECT_EQ(seen.result, "allowed");
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
   EXPECT_EQ(check_as_ordinary_user(std::nullopt, group_name(ordinary_group())).result, "allowed");
 }
 
@@ -194,7 +194,7 @@ TEST(SiteRights, PassSilently) {
   use_test_messages();
   const outcome seen = in_child("", check_site_rights);
   EXPECT_EQ(seen.result, "passed");
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(SiteRights, AFailingCommandEndsTheProgram) {

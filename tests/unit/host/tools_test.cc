@@ -77,7 +77,7 @@ TEST(ToolSearch, LooksIntoAbsoluteDirectoriesOnly) {
   const std::string path = at + "/one:bin::" + at + "/two";
   EXPECT_EQ(search(path, "first").result, "found");
   EXPECT_EQ(search(path, "last").result, "found");
-  EXPECT_EQ(search(path, "last").merged, "");
+  EXPECT_EQ(search(path, "last").written(), "");
   EXPECT_EQ(search(path, "relative").result, "missing");
   EXPECT_EQ(search(path, "here").result, "missing");
   EXPECT_EQ(search(path, "relative").err, "        relative : <146>\n");

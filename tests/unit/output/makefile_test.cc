@@ -358,7 +358,7 @@ TEST(Makefile, WithoutProductsHasHeadAndTail) {
     return "";
   });
   EXPECT_EQ(read_file("install.mk"), head_of(d.path(), "") + TAIL);
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(Makefile, NamesTheProductsOfTheOrder) {

@@ -55,7 +55,7 @@ TEST(SettingsFile, TellsWhatWasSettled) {
   app_and_db products;
   const outcome seen = products.write();
   EXPECT_EQ(read_file("app.dat"), HEAD + HOST + PRODUCT);
-  EXPECT_EQ(seen.merged, "");
+  EXPECT_EQ(seen.written(), "");
   EXPECT_TRUE(seen.returned);
 }
 

@@ -259,7 +259,7 @@ TEST(Ownership, WhatIsSettledIsNotAskedFor) {
   EXPECT_EQ(settle_owner("", products).out, "");
   EXPECT_EQ(settle_owner("", products).result, "gone ");
   EXPECT_EQ(settle_group("", products).result, "gone");
-  EXPECT_EQ(settle_access("", app).merged, "");
+  EXPECT_EQ(settle_access("", app).written(), "");
 }
 
 TEST(Ownership, OfNoProductIsAnError) {

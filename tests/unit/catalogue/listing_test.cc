@@ -1,0 +1,229 @@
+#include "catalogue/listing.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "platform/shell.h"
+#include "support/child.h"
+#include "support/messages.h"
+
+namespace morvane {
+namespace {
+
+namespace fs = std::filesystem;
+using names = std::vector<std::string>;
+
+// Returns `result` and which scratch files are left behind it.
+std::string with_left_files(std::string result) {
+  if (exists(scratch_file())) result += ", first left";
+  if (exists(second_scratch_file())) result += ", second left";
+  return result;
+}
+
+std::string line_of(const names& found) {
+  std::string line = std::to_string(found.size()) + ":";
+  for (const std::string& name : found) line += " " + name;
+  return line;
+}
+
+outcome list(std::string_view directory, std::string_view pattern) {
+  return in_child("", [=] { return with_left_files(line_of(get_files(directory, pattern))); });
+}
+
+outcome pwd_in(const fs::path& directory) {
+  return in_child("", [&] {
+    fs::current_path(directory);
+    return with_left_files(get_pwd().value_or("(nothing)"));
+  });
+}
+
+// As `list`, in a process that can grow by 100 MB only. `pattern` may name the scratch file as
+// FILE.
+outcome list_with_little_memory(std::string pattern) {
+  return in_child("", [=]() mutable {
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const auto used = static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE));
+    const rlimit limit = {used + 100'000'000, used + 100'000'000};
+    if (pages == 0 || setrlimit(RLIMIT_AS, &limit) != 0) return std::string("no limit");
+    if (const auto place = pattern.find("FILE"); place != std::string::npos) {
+      pattern.replace(place, 4, scratch_file());
+    }
+    try {
+      return with_left_files(line_of(get_files(".", pattern)));
+    } catch (const std::bad_alloc&) {
+      return std::string("nobody reports it");
+    }
+  });
+}
+
+TEST(Listing, HasTheNamesInTheOrderOfLs) {
+  const scratch_directory here;
+  for (const char* name : {"d/c.tar", "d/a.tar", "d/b.tar", "d/a.descr", "d/.hidden.tar"}) {
+    write_file(name, "");
+  }
+  const names tars = {"a.tar", "b.tar", "c.tar"};
+  EXPECT_EQ(get_files("d", "*.tar"), tars);
+  EXPECT_EQ(get_files(here.path() + "/d", "*.tar"), tars);
+  EXPECT_EQ(get_files("d", "*.descr"), names{"a.descr"});
+}
+
+TEST(Listing, IsEmptyWithoutAMatchOrADirectory) {
+  const scratch_directory here;
+  write_file("d/a.tar", "");
+  for (const char* directory : {"d", "nowhere", ""}) {
+    const outcome seen = list(directory, "*.descr");
+    EXPECT_EQ(seen.result, "0:") << directory;
+    EXPECT_EQ(seen.written(), "");
+  }
+}
+
+TEST(Listing, LeavesNoScratchFile) {
+  const scratch_directory here;
+  write_file("a.tar", "");
+  write_file("b.tar", "");
+  EXPECT_EQ(list(".", "*.tar").result, "2: a.tar b.tar");
+}
+
+TEST(Listing, QuotesTheDirectoryButNotThePattern) {
+  const scratch_directory here;
+  for (const char* directory : {"two words", "it's", "$HOME", "~root", "a;b"}) {
+    write_file(fs::path(directory) / "a b.tar", "");
+    EXPECT_EQ(get_files(directory, "*.tar"), names{"a b.tar"}) << directory;
+  }
+}
+
+TEST(Listing, OfAMatchingDirectoryIsWhatLsShows) {
+  const scratch_directory here;
+  fs::create_directory("b.tar");
+  EXPECT_EQ(get_files(".", "*.tar"), names());
+  write_file("b.tar/inside", "");
+  EXPECT_EQ(get_files(".", "*.tar"), names{"inside"});
+  write_file("a.tar", "");
+  EXPECT_EQ(get_files(".", "*.tar"), (names{"a.tar", "", "b.tar:", "inside"}));
+}
+
+TEST(Listing, OfADirectoryThatCannotBeEnteredIsThatOfTheCurrentOne) {
+  const scratch_directory here;
+  write_file("a.tar", "");
+  write_file("file", "");
+  EXPECT_EQ(list("file", "*.tar").result, "1: a.tar");
+}
+
+TEST(Listing, FailsWithoutItsScratchFile) {
+  const scratch_directory here;
+  write_file("a.tar", "");
+  const outcome seen = in_child("", [] {
+    fs::create_directory(scratch_file());
+    const std::size_t found = get_files(".", "*.tar").size();
+    const bool directory = get_pwd().has_value();
+    fs::remove(scratch_file());
+    return std::to_string(found) + std::to_string(directory) + scratch_file();
+  });
+  const std::string report =
+      "morvane : error : cannot create temporary file '" + seen.result.substr(2) + "'\n";
+  EXPECT_EQ(seen.result.substr(0, 2), "00");
+  EXPECT_EQ(seen.err, report + report);
+}
+
+TEST(Listing, ThatMemoryCannotHoldIsReportedAndLeft) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer does not run in limited memory";
+#endif
+  const scratch_directory here;
+  const outcome read = list_with_little_memory("> /dev/null; truncate -s 1G FILE #");
+  EXPECT_EQ(read.result, "0:, first left");
+  EXPECT_EQ(read.err, "morvane: failed to allocate memory");
+}
+
+TEST(Listing, OfMoreNamesThanMemoryCanHoldIsReported) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer does not run in limited memory";
+#endif
+  const scratch_directory here;
+  const outcome split = list_with_little_memory("> /dev/null; yes | head -c 20000000");
+  EXPECT_TRUE(split.result.starts_with("0:")) << split.result;
+  EXPECT_EQ(split.err, "morvane: failed to allocate memory");
+}
+
+TEST(CurrentDirectory, IsWholeWhereItsRestDoesNotExist) {
+  const scratch_directory here;
+  fs::create_directories("b/c");
+  const outcome seen = pwd_in("b/c");
+  EXPECT_EQ(seen.result, here.path() + "/b/c");
+  EXPECT_EQ(seen.written(), "");
+}
+
+TEST(CurrentDirectory, IsWholeWhereItsRestIsAnotherDirectory) {
+  if (fs::canonical("/var/tmp") != "/var/tmp" || !fs::exists("/tmp") ||
+      fs::equivalent("/var/tmp", "/tmp")) {
+    GTEST_SKIP() << "/var/tmp and /tmp are not two directories here";
+  }
+  const outcome seen = pwd_in("/var/tmp");
+  EXPECT_EQ(seen.result, "/var/tmp, first left, second left");
+  EXPECT_EQ(seen.written(), "");
+}
+
+TEST(CurrentDirectory, LosesItsFirstComponentWhereTheRestIsTheSameDirectory) {
+  if (fs::canonical("/usr/bin") != "/usr/bin" || !fs::exists("/bin") ||
+      !fs::equivalent("/usr/bin", "/bin")) {
+    GTEST_SKIP() << "/usr/bin and /bin are not the same directory here";
+  }
+  const outcome seen = pwd_in("/usr/bin");
+  EXPECT_EQ(seen.result, "/bin, first left, second left");
+  EXPECT_EQ(seen.written(), "");
+}
+
+TEST(CurrentDirectory, LosesItsFirstComponentAtAnyDepth) {
+  const scratch_directory here;
+  fs::create_directories("b");  // where an unquoted path would lead
+  fs::create_directories("b c/d");
+  const outcome seen = in_child("", [&] {
+    // A path with an empty first component names the same directory without it.
+    fs::current_path("b c/d");
+    setenv("PWD", ("/" + here.path() + "/b c/d").c_str(), 1);
+    return get_pwd().value_or("(nothing)");
+  });
+  EXPECT_EQ(seen.result, here.path() + "/b c/d");
+}
+
+TEST(CurrentDirectory, OfOneComponentIsWhole) {
+  EXPECT_EQ(pwd_in("/").result, "/");
+  const std::string directory = fs::canonical("/tmp").string();
+  ASSERT_EQ(directory.find('/', 1), std::string::npos) << "/tmp leads elsewhere";
+  EXPECT_EQ(pwd_in("/tmp").result, directory);
+}
+
+TEST(CurrentDirectory, ThatWasRemovedIsNeverMadeUp) {
+  const scratch_directory here;
+  const outcome seen = in_child("", [&] {
+    fs::create_directory("gone");
+    fs::current_path("gone");
+    fs::remove(here.path() + "/gone");
+    unsetenv("PWD");
+    return with_left_files("[" + get_pwd().value_or("") + "]");
+  });
+  EXPECT_EQ(seen.result, "[]");
+}
+
+TEST(InstalledProducts, LieInTheDirectoryThatAMessageNames) {
+  use_test_messages();
+  EXPECT_EQ(installed_products_directory("/opt/x"), "/opt/x/install");
+  EXPECT_EQ(installed_products_directory(""), "/install");
+  set_message(INSTALLED_PRODUCTS_DIRECTORY, "etc/100%s");
+  EXPECT_EQ(installed_products_directory("/opt/x"), "/opt/x/etc/100%s");
+}
+
+TEST(Identifier, IsTheFileNameWithoutItsEnding) {
+  EXPECT_EQ(identifier_of("tool-1.2.tar", ARCHIVE_ENDING), "tool-1.2");
+  EXPECT_EQ(identifier_of("tool.descr", DESCRIPTION_ENDING), "tool");
+  EXPECT_EQ(identifier_of("a.tar.descr", DESCRIPTION_ENDING), "a.tar");
+  EXPECT_EQ(identifier_of(".tar", ARCHIVE_ENDING), "");
+  EXPECT_EQ(identifier_of("tar", ARCHIVE_ENDING), "");
+}
+
+}  // namespace
+}  // namespace morvane
