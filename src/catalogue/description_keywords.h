@@ -23,7 +23,7 @@ enum class scope {
 };
 
 // The record being filled and the place in it where entries of targets, category dependencies and
-// types belong: the running indices are -1 while nothing is open and may be one beyond the last.
+// types belong: the running indices are -1 while nothing is open and may be beyond the last.
 struct description {
   product& record;
   std::string_view identifier;

@@ -20,41 +20,43 @@ using std::string_view;
 // is read as further entries.
 constexpr std::size_t SKIPPED_LINE = 255;
 
-// Tells whether what an entry needs is open; reports on standard error where it is not.
-bool accepts(const description& d, const keyword& word) {
-  bool accepted = true;
-  switch (word.needs) {
-    case scope::PRODUCT:
-    case scope::FIXED_LIST:
-      return true;
+// Tells whether what the entry `entry` needs is open.
+bool is_open(const description& d, const keyword& entry) {
+  switch (entry.needs) {
     case scope::NEW_TARGET:
-      if (d.target_index < static_cast<int>(TARGETS)) return true;
-      diagnose(fill("%s : Error in %s.descr : %s ignored (array overflow)!\n",
-                    {PROGRAM_NAME, d.identifier, r[word.number]}));
-      return false;
+      return d.target_index < static_cast<int>(TARGETS);
     case scope::TARGET:
-      if (d.target() != nullptr) return true;
-      diagnose(fill("%s : Error in %s.descr : %s ignored !\n",
-                    {PROGRAM_NAME, d.identifier, r[word.number]}));
-      return false;
+      return d.target() != nullptr;
     case scope::CATEGORY:
-      accepted = d.category() != nullptr;
-      break;
+      return d.category() != nullptr;
     case scope::NEW_TYPE:
-      accepted = d.category() != nullptr && d.type_index < static_cast<int>(TYPES) - 1;
-      break;
+      return d.category() != nullptr && d.type_index < static_cast<int>(TYPES) - 1;
     case scope::TYPE:
-      accepted = d.type() != nullptr;
-      break;
+      return d.type() != nullptr;
+    default:
+      return true;
   }
-  if (accepted) return true;
-  // The report on the proposed directory has always named its neighbour, the patch level.
-  const message_number named =
-      word.number == KEYWORD_NEEDS_PATH ? KEYWORD_NEEDS_PATCH : word.number;
-  diagnose(
-      fill("%s : Error in %s.descr : array overflow, or %s occured before %s or %s!\n",
-           {PROGRAM_NAME, d.identifier, r[named], r[KEYWORD_NEEDS_CATEGORY], r[KEYWORD_TARGET]}));
-  return false;
+}
+
+// Reports on standard error that what the entry `entry` needs is not open.
+void report_misplaced(const description& d, const keyword& entry) {
+  switch (entry.needs) {
+    case scope::NEW_TARGET:
+      diagnose(fill("%s : Error in %s.descr : %s ignored (array overflow)!\n",
+                    {PROGRAM_NAME, d.identifier, r[entry.number]}));
+      return;
+    case scope::TARGET:
+      diagnose(fill("%s : Error in %s.descr : %s ignored !\n",
+                    {PROGRAM_NAME, d.identifier, r[entry.number]}));
+      return;
+    default:
+      // The report on the proposed directory has always named its neighbour, the patch level.
+      const message_number named =
+          entry.number == KEYWORD_NEEDS_PATH ? KEYWORD_NEEDS_PATCH : entry.number;
+      diagnose(fill(
+          "%s : Error in %s.descr : array overflow, or %s occured before %s or %s!\n",
+          {PROGRAM_NAME, d.identifier, r[named], r[KEYWORD_NEEDS_CATEGORY], r[KEYWORD_TARGET]}));
+  }
 }
 
 // Reads the entries of one description.
@@ -102,16 +104,19 @@ class parser {
   void read_entry() {
     word_.clear();
     while (is_keyword_character(stream_.peek())) word_ += static_cast<char>(stream_.get());
-    const keyword* found = find_keyword();
-    if (found == nullptr) {
+    const keyword* entry = find_keyword();
+    if (entry == nullptr) {
       diagnose(fill("%s : unkown keyword '%s' found in file '%s'\n", {PROGRAM_NAME, word_, path_}));
       stream_.skip_line(SKIPPED_LINE);
-    } else if (accepts(description_, *found)) {
-      getvar(stream_, value_, comment_);
-      found->store(description_, value_);
-    } else if (word_.empty()) {
-      stream_.skip_line(SKIPPED_LINE);
+      return;
     }
+    if (is_open(description_, *entry)) {
+      getvar(stream_, value_, comment_);
+      entry->store(description_, value_);
+      return;
+    }
+    report_misplaced(description_, *entry);
+    if (word_.empty()) stream_.skip_line(SKIPPED_LINE);
   }
 
   description_stream& stream_;
@@ -120,7 +125,7 @@ class parser {
   std::array<string_view, KEYWORD_COUNT> texts_;
   std::string word_;
   std::string value_;
-  std::string comment_;
+  std::string comment_;  // kept out of the value; nothing reads it
 };
 
 }  // namespace

@@ -63,7 +63,8 @@ void read_word(description_stream& stream, std::string& value, std::string& comm
 }  // namespace
 
 description_stream::description_stream(const std::string& path)
-    : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    // Without blocking: a named pipe in the place of a description would hold up the run for ever.
+    : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
 
 description_stream::~description_stream() {
   if (is_open()) close(descriptor_);

@@ -14,10 +14,9 @@ void report_full_table() {
 }
 
 void read_installed_product(std::string_view descriptions, std::string_view identifier,
-                            std::string_view path, product& record) {
+                            product& record) {
   read_product(descriptions, identifier, record);
   record.install = product_state::INSTALLED;
-  record.path = path;
   record.path_valid = PATH_SCANNED;
 }
 
@@ -39,8 +38,9 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
       report_full_table();
       break;
     }
-    read_installed_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), path,
-                           table[static_cast<std::size_t>(slots.first + slots.count)]);
+    product& record = table[static_cast<std::size_t>(slots.first + slots.count)];
+    read_installed_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), record);
+    record.path = path;
     ++slots.count;
   }
   return slots;

@@ -17,10 +17,10 @@ struct scanned_slots {
 // Reports on standard error that the product table is full.
 void report_full_table();
 
-// Reads the description of `identifier` in `descriptions` into slot `record` as a product installed
-// in `path`.
+// Reads the description of `identifier` in `descriptions` into slot `record` as an installed
+// product. The caller knows its path.
 void read_installed_product(std::string_view descriptions, std::string_view identifier,
-                            std::string_view path, product& record);
+                            product& record);
 
 // Adds a record in state 10 for every product described in the installed-products directory of
 // `path`, from the first free slot of `table` on, unless that was done before. The mark for that is

@@ -63,7 +63,7 @@ bool choose_y_or_n(std::string_view question) {
       if (is_letter(letter, NO)) return false;
       if (is_letter(letter, QUIT)) quit();
     }
-    print(r[CONFIRM_SELECTION]);
+    print(r[CONFIRM_SELECTION]);  // one message serves as this reply and as that question
   }
 }
 

@@ -6,14 +6,14 @@ namespace morvane {
 
 namespace {
 
-// Appends one output line: `line`, which takes at most one line of `columns` columns, in its
-// frames.
+// What stands around the text of every output line.
 struct frame {
   std::string_view prefix;
   std::string_view suffix;
   std::size_t columns;  // between the frames
   std::string& output;
 
+  // Appends an output line with the text `line`, padded where there is a suffix.
   void put(std::string_view line) {
     output += prefix;
     output += line;
@@ -39,8 +39,8 @@ std::string justify(std::string_view line, std::size_t missing, std::size_t gaps
   return result;
 }
 
-// Prints what a line that does not fit the line buffer prints: the message from its very start up
-// to `end`, in pieces, again for every line. Message files with so wide a ruler rely on it.
+// Puts what a wide line shows: the message from its very start up to `end`, in pieces, again for
+// every line. Message files with so wide a ruler rely on it.
 void put_pieces(frame& out, std::string_view message, std::size_t end) {
   for (std::size_t k = 0; k < out.columns && k < end; k += WIDE_LINE) {
     out.put(message.substr(k, std::min<std::size_t>(WIDE_LINE, end - k)));

@@ -35,7 +35,7 @@ void load_installed_products(product_table& table) {
       return;
     }
     product& record = table[slot++];
-    read_installed_product(directory, identifier_of(name, DESCRIPTION_ENDING), "", record);
+    read_installed_product(directory, identifier_of(name, DESCRIPTION_ENDING), record);
     record.path = get_pwd().value_or("");
   }
 }

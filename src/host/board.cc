@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,11 +42,14 @@ bool is_comment_start(int c) {
   return c == '#' || c == ' ' || c == '\t' || c == '\v' || c == '\r' || c == '\f';
 }
 
-// Takes the rest of the line, or the first 999 characters of it: what is beyond is a line of its
-// own.
-void skip_line(std::FILE* config) {
-  std::array<char, 1000> dropped;
-  if (std::fgets(dropped.data(), dropped.size(), config) == nullptr) return;
+// Takes the rest of the line, but no more than this: what is beyond counts as a line of its own.
+constexpr int SKIPPED_COMMENT = 999;
+
+void skip_comment(std::FILE* config) {
+  for (int taken = 0; taken < SKIPPED_COMMENT; ++taken) {
+    const int c = std::getc(config);
+    if (c == '\n' || c == EOF) return;
+  }
 }
 
 }  // namespace
@@ -58,7 +60,7 @@ void read_board_type() {
   int c;
   do {
     c = std::getc(config);
-    if (is_comment_start(c)) skip_line(config);
+    if (is_comment_start(c)) skip_comment(config);
   } while (c == '\n' || is_comment_start(c));
   std::ungetc(c, config);
   std::array<char, 10> board;
@@ -69,17 +71,17 @@ void read_board_type() {
 void get_board_bus_type() {
   const bool has_default = put_default_bus();
   print("\n");
-  std::optional<std::string> answer;
+  const std::string proposal(has_default ? Board.view() : "");
+  std::string answer;
   do {
     if (has_default) {
       print(fill("%s (%s) : ", {r[BUS_QUESTION], Board}));
     } else {
       print(fill("%s : ", {r[BUS_QUESTION]}));
     }
-    answer = ask_string();
-    if (!answer && has_default) answer = Board.view();
+    answer = ask_string().value_or(proposal);
   } while (answer != r[BUS_1] && answer != r[BUS_2]);
-  Board = *answer;
+  Board = answer;
 }
 
 }  // namespace morvane

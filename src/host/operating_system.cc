@@ -69,7 +69,7 @@ int release_number(std::string_view release) {
     digits += release[position];
   }
   // Meant for releases of one or two digits, but applied to all: in effect a release is too old
-  // only where it does not begin with a digit. Hosts in use rely on passing.
+  // only where its digits read as 0. Hosts in use rely on passing.
   return number_or_zero(digits) * 100 * 10;
 }
 

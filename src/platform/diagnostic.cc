@@ -6,9 +6,9 @@
 
 namespace morvane {
 
-void diagnose(std::string_view line) {
+void diagnose(std::string_view text) {
   std::fflush(stdout);
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 void diagnose_exhausted_memory() {

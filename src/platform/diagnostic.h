@@ -6,10 +6,10 @@
 
 namespace morvane {
 
-// Writes `line` to standard error as it is given, after everything that was printed before.
-void diagnose(std::string_view line);
+// Writes `text` to standard error as it is given, after everything that was printed before.
+void diagnose(std::string_view text);
 
-// Tells on standard error that memory is exhausted.
+// Tells on standard error that memory is exhausted. Needs no memory itself.
 void diagnose_exhausted_memory();
 
 }  // namespace morvane

@@ -13,8 +13,8 @@ std::optional<user> to_user(const passwd* entry) {
   return user{entry->pw_name, entry->pw_dir};
 }
 
-std::string name_of(const passwd* entry) {
-  return entry == nullptr ? "" : entry->pw_name;
+std::string name_of(const std::optional<user>& who) {
+  return who ? who->name : "";
 }
 
 }  // namespace
@@ -28,11 +28,11 @@ std::optional<user> real_user() {
 }
 
 std::string real_user_name() {
-  return name_of(getpwuid(getuid()));
+  return name_of(real_user());
 }
 
 std::string effective_user_name() {
-  return name_of(getpwuid(geteuid()));
+  return name_of(to_user(getpwuid(geteuid())));
 }
 
 std::string effective_group_name() {

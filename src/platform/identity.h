@@ -10,7 +10,7 @@ namespace morvane {
 
 struct user {
   std::string name;
-  std::string home;
+  std::string home;  // directory
 };
 
 // Returns the user of that login name, or nothing where the host knows none.

@@ -1,6 +1,7 @@
 #include "platform/shell.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -88,6 +89,7 @@ bool create_scratch_file(const std::string& path) {
              "'\n");
     return false;
   }
+  fchmod(descriptor, S_IRUSR | S_IWUSR);  // whatever the file-creation mask
   close(descriptor);
   return true;
 }

@@ -1,6 +1,7 @@
 #include "catalogue/description_reader.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <limits>
 
@@ -60,6 +61,14 @@ void expect_entries(std::initializer_list<row> rows) {
 
 std::string of(std::size_t count, char c) {
   return std::string(count, c);
+}
+
+TEST(DescriptionStream, ANamedPipeReadsAsAnEmptyFile) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  description_stream stream("pipe");
+  EXPECT_TRUE(stream.is_open());
+  EXPECT_EQ(stream.get(), description_stream::END);
 }
 
 TEST(Value, AWordEndsAtWhiteSpace) {

@@ -105,6 +105,14 @@ TEST(BusType, AnUnknownBoardHasNoDefault) {
   EXPECT_EQ(seen.out, "\n<71> : <71> : ");
 }
 
+TEST(BusType, EnterAloneIsABusWhereItsMessageIsEmpty) {
+  use_test_messages();
+  set_message(BUS_1, "");
+  const outcome seen = choose_bus("unknown", "\n");
+  EXPECT_TRUE(seen.returned);
+  EXPECT_EQ(seen.result, "");
+}
+
 TEST(BusType, OtherAnswersAreAskedAgain) {
   use_test_messages();
   const outcome seen = choose_bus("<62>", "busC\nbus\nBUSB\nbusB\n");

@@ -139,6 +139,17 @@ TEST(ScratchFile, IsEmptyAndForItsOwnerAlone) {
   EXPECT_EQ(seen.err, "");
 }
 
+TEST(ScratchFile, IsOpenToItsOwnerWhateverTheFileCreationMask) {
+  const outcome seen = in_child("", [] {
+    umask(0777);
+    struct stat status {};
+    const bool created = create_scratch_file(scratch_file());
+    stat(scratch_file().c_str(), &status);
+    return created && status.st_mode == (S_IFREG | 0600) ? "open" : "closed";
+  });
+  EXPECT_EQ(seen.result, "open");
+}
+
 TEST(ScratchFile, ReplacesAForeignFile) {
   const outcome seen = in_child("", [] {
     write_file(scratch_file(), "foreign");
