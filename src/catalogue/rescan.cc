@@ -34,11 +34,12 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
 
   const std::string descriptions = installed_products_directory(path);
   for (const std::string& name : get_files(descriptions, "*.descr")) {
-    if (slots.first + slots.count == TABLE_SIZE) {
+    const int slot = slots.first + slots.count;
+    if (slot == TABLE_SIZE) {
       report_full_table();
       break;
     }
-    product& record = table[static_cast<std::size_t>(slots.first + slots.count)];
+    product& record = table[static_cast<std::size_t>(slot)];
     read_installed_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), record);
     record.path = path;
     ++slots.count;

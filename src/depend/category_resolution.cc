@@ -37,33 +37,35 @@ class category_dialogue {
                     product_table& table)
       : record_(record), target_(target), category_(category), table_(table) {}
 
-  // Makes one attempt: afterwards the dependency is settled, or the operator has refused.
+  // Makes one attempt: afterwards the dependency is settled, or the operator has refused what there
+  // was, or the table is full.
   void attempt() {
     announce();
     choose_type();
     const requirement wanted = required();
-    if (offer_from_table(wanted)) {
-      print("\n");
-      return;
-    }
-    const chosen_path directory = ask_for_directory(wanted);
-    const scanned_slots scanned = read_all_descr_files(table_, directory.path);
-    const bool refused = directory.exists && offer_from_directory(wanted, directory.path, scanned);
-    if (!settled()) give_back(scanned);
-    if (!settled() && !refused) {
-      if (scanned.first < TABLE_SIZE) {
-        add_discovered(wanted, directory, table_[static_cast<std::size_t>(scanned.first)]);
-      } else {
-        diagnose(fill("%s: More than %d product entries, array overflow",
-                      {PROGRAM_NAME, int{TABLE_SIZE}}));
-      }
-    }
+    if (!offer_from_table(wanted)) search_directory(wanted);
     print("\n");
   }
 
   bool settled() const { return category_.product != nullptr; }
 
  private:
+  // Asks for a directory and offers what is described there, else what the operator says is there.
+  void search_directory(const requirement& wanted) {
+    const chosen_path directory = ask_for_directory(wanted);
+    const scanned_slots scanned = read_all_descr_files(table_, directory.path);
+    const bool refused = directory.exists && offer_from_directory(wanted, directory.path, scanned);
+    if (settled()) return;
+    give_back(scanned);
+    if (refused) return;
+    if (scanned.first == TABLE_SIZE) {
+      diagnose(fill("%s: More than %d product entries, array overflow",
+                    {PROGRAM_NAME, int{TABLE_SIZE}}));
+      return;
+    }
+    add_discovered(wanted, directory, table_[static_cast<std::size_t>(scanned.first)]);
+  }
+
   void announce() {
     print("\n");
     print_with_cr(
@@ -159,8 +161,9 @@ class category_dialogue {
                           {.insist = target_.need_no_install == 0});
   }
 
-  // Offers the qualifying products that were read from `directory` until one is accepted; returns
-  // whether one was refused before.
+  // Offers the qualifying products of `directory` among the new ones, up to the end of the table,
+  // until one is accepted; returns whether one was refused before. The directory is looked at last:
+  // a candidate that does not lie there is examined, and may be asked about, all the same.
   bool offer_from_directory(const requirement& wanted, std::string_view directory,
                             const scanned_slots& scanned) {
     bool refused = false;
@@ -212,7 +215,8 @@ class category_dialogue {
     return version == version_check::SATISFIED || version == version_check::UNKNOWN;
   }
 
-  // Stores the installed version in `slot` and returns how it compares.
+  // Stores the installed version in `slot` and returns how it compares. The comparison looks the
+  // version up once more, as for any product without an identifier, with all its questions.
   static version_check look_up_version(const requirement& wanted, product& slot) {
     const version_quadruple installed =
         get_version(nullptr, slot.path, wanted.category, wanted.type);

@@ -1,6 +1,7 @@
 #include "driver/start_up.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -34,6 +35,8 @@ void warn_ordinary_user() {
 
 void start_up() {
   open_missing_descriptors();
+  // So that a file which cannot grow fails to be written, instead of ending the program half-way.
+  signal(SIGXFSZ, SIG_IGN);
   // With it, a probe's "cd" could end up elsewhere and print where.
   unsetenv("CDPATH");
   read_resource();

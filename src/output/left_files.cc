@@ -26,7 +26,8 @@ bool stands_in_targets(const product& record, long_text target_dep::*list, std::
   return false;
 }
 
-// Tells whether the run extracts files of the product whose owners its description leaves open.
+// Tells whether the run extracts the product and it has no description, or one with fixed lists:
+// those products leave it to the makefile to hand on what their targets make.
 bool leaves_files(const product& record) {
   return record.install == product_state::CONFIGURED && record.descr_avail <= FIXED_LISTS;
 }

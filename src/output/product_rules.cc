@@ -1,6 +1,7 @@
 #include "output/product_rules.h"
 
 #include <string>
+#include <utility>
 
 #include "catalogue/listing.h"
 #include "console/message_format.h"
@@ -62,10 +63,10 @@ class rule_writer {
     if (is_new()) {
       if (superuser_) owner_rule();
       group_rule();
-      if (closed()) permission_rule();
+      if (removes_other_access()) permission_rule();
     }
     put("\n");
-    if (closed() && hands_on()) old_permission_rule();
+    if (removes_other_access() && hands_on()) old_permission_rule();
     if (hand_on_owner_) old_owner_rule();
     if (hand_on_group_) old_group_rule();
     put("\n");
@@ -77,7 +78,7 @@ class rule_writer {
  private:
   bool is_new() const { return product_.install == product_state::CONFIGURED; }
   bool described() const { return product_.descr_avail != NO_DESCRIPTION; }
-  bool closed() const { return product_.other_access == 0; }
+  bool removes_other_access() const { return product_.other_access == 0; }
   bool hands_on() const { return hand_on_owner_ || hand_on_group_; }
 
   void put(std::string_view text) { text_ += fill_places(text, places_); }
@@ -95,10 +96,11 @@ class rule_writer {
     if (described()) put(" {id}-dat-file");
     main_rule_targets();
     if (hands_on()) put(CONTINUED);
-    if (closed() && hands_on()) put("{id}-permission-old ");
+    if (removes_other_access() && hands_on()) put("{id}-permission-old ");
     if (hand_on_owner_) put("{id}-owner-old ");
     if (hand_on_group_) put("{id}-group-old");
-    put(" \\\n\t\t{id}-succeeded\n");
+    put(CONTINUED);
+    put("{id}-succeeded\n");
     put("\n\n");
   }
 
@@ -129,7 +131,7 @@ class rule_writer {
     if (superuser_) put(" {id}-owner");
     put(CONTINUED);
     put("{id}-group");
-    if (closed()) put(" {id}-permission");
+    if (removes_other_access()) put(" {id}-permission");
     put(CONTINUED);
     put("{id}-inst-files {id}-make\n"
         "\n\n\n");
@@ -177,7 +179,7 @@ class rule_writer {
         "\t\tmkdir {path}/install; \\\n");
     if (superuser_) put("\t\tchown {owner} {path}/install; \\\n");
     put("\t\tchgrp {group} {path}/install; \\\n");
-    if (closed()) put("\t\tchmod o-rwx {path}/install; \\\n");
+    if (removes_other_access()) put("\t\tchmod o-rwx {path}/install; \\\n");
     put("\tfi\n\n");
   }
 
@@ -192,7 +194,7 @@ class rule_writer {
         "\t\trm -f {path}/install/Makefile; \\\n");
     if (superuser_) put("\t\tchown {owner} {path}/install/{id}.make; \\\n");
     put("\t\tchgrp {group} {path}/install/{id}.make; \\\n");
-    if (closed()) put("\t\tchmod o-rwx {path}/install/{id}.make; \\\n");
+    if (removes_other_access()) put("\t\tchmod o-rwx {path}/install/{id}.make; \\\n");
     put("\telse \\\n"
         "\t\tif test \"$@\" != \"{id}-make\"; then \\\n"
         "\t\t\techo \"Makefile '{path}/install/Makefile' missing, cannot install product specific "
@@ -289,7 +291,7 @@ class rule_writer {
         copy);
     if (superuser_) put_with(" && \\\n\tchown {owner} {directory}/{file}", copy);
     put_with(" && \\\n\tchgrp {group} {directory}/{file}", copy);
-    if (closed()) put_with(" && \\\n\tchmod o-rwx {directory}/{file}", copy);
+    if (removes_other_access()) put_with(" && \\\n\tchmod o-rwx {directory}/{file}", copy);
     put("  )\n");
   }
 

@@ -10,7 +10,7 @@ namespace morvane {
 
 namespace {
 
-std::string version_of(const product& record) {
+std::string version_text(const product& record) {
   return version_numbers(record.version, record.subversion, record.minorversion, record.patch);
 }
 
@@ -21,7 +21,7 @@ std::string product_lines(const product& record) {
   lines += fill("PRODUCT_OWNER = %s\n", {record.owner});
   lines += fill("PRODUCT_GROUP = %s\n", {record.group});
   lines += fill("PRODUCT_ACCESS = %d\n", {record.other_access});
-  lines += fill("PRODUCT_VERSION = %s\n", {version_of(record)});
+  lines += fill("PRODUCT_VERSION = %s\n", {version_text(record)});
   return lines;
 }
 
@@ -30,7 +30,7 @@ std::string supplier_lines(std::string_view category, const product& supplier) {
   lines += fill("%s_NAME = %s\n", {category, product_name(supplier)});
   lines += fill("%s_PATH = %s\n", {category, supplier.path});
   lines += fill("%s_TYPE = %s\n", {category, supplier.type});
-  lines += fill("%s_VERSION = %s\n", {category, version_of(supplier)});
+  lines += fill("%s_VERSION = %s\n", {category, version_text(supplier)});
   return lines;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "console/dialogue.h"
 #include "console/message_format.h"
