@@ -33,7 +33,7 @@ def read_until(terminal, screen, wanted):
 
 
 def play(program, case, settings, root):
-    """Returns the expected screen, the one seen, and the exit status."""
+    """Returns the expected screen, and screen, exit status and host of the run."""
     host = run_case.Host(settings, root)
     run_case.lay_out(case, settings, host)
     session = host.to_host((case / "session").read_bytes())
@@ -53,7 +53,7 @@ def play(program, case, settings, root):
         expected += pieces[-1]
         screen = read_until(terminal, screen, expected)
     os.close(terminal)
-    return expected, screen, child.wait()
+    return expected, {"screen": screen, "status": child.wait(), "host": host}
 
 
 def main():
@@ -65,11 +65,11 @@ def main():
     root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
     root.chmod(0o755)
     try:
-        expected, screen, status = play(build / "tests/morvane_without_pauses", case, settings, root)
+        expected, got = play(build / "tests/morvane_without_pauses", case, settings, root)
     finally:
         shutil.rmtree(root)
-    same = run_case.compare({"screen": expected, "status": int(settings["status"])},
-                            {"screen": screen, "status": status}, ["screen", "status"])
+    same = run_case.compare({"screen": expected, "status": int(settings["status"])}, got,
+                            ["screen", "status"])
     sys.exit(0 if same else 1)
 
 

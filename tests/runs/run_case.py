@@ -87,7 +87,8 @@ class Host:
 
     def to_host(self, content):
         for name, value in (("@DIR@", self.root), ("@USER@", self.user), ("@GROUP@", self.group),
-                            ("@SYSTEM@", self.system), ("@MACHINE@", self.machine)):
+                            ("@HOST_OS@", self.host_os), ("@SYSTEM@", self.system),
+                            ("@MACHINE@", self.machine)):
             content = content.replace(name.encode(), value.encode())
         return content
 
@@ -213,35 +214,39 @@ def record_session(command, host, settings, typed):
     return screen
 
 
-def describe(path, root, state, host):
+def describe(path, root, state):
     mode, uid, gid, _ = state
     try:
         owner = pwd.getpwuid(uid).pw_name
         group = grp.getgrgid(gid).gr_name
     except KeyError:
         owner, group = str(uid), str(gid)
-    return host.to_case(f"{mode & 0o7777:04o} {owner} {group} {path.relative_to(root)}"
-                        f"{'/' if path.is_dir() else ''}\n".encode())
+    return (f"{mode & 0o7777:04o} {owner} {group} {path.relative_to(root)}"
+            f"{'/' if path.is_dir() else ''}\n".encode())
 
 
-def changes(before, after, root, host):
+def changes(before, after, root):
     """Returns the listing of what is new or has changed, and the contents of its files."""
     tree, left = b"", {}
     for path in sorted(after):
         if after[path] == before.get(path):
             continue
-        tree += describe(path, root, after[path], host)
+        tree += describe(path, root, after[path])
         if after[path][3] is not None:
-            left[str(path.relative_to(root))] = host.to_case(after[path][3])
+            left[str(path.relative_to(root))] = after[path][3]
     for path in sorted(set(before) - set(after)):
         tree += f"gone {path.relative_to(root)}\n".encode()
     return tree, left
 
 
 def make_output(output):
-    """Returns what the recipes printed: only GNU make names the directories that it enters."""
+    """Returns what the recipes printed, without what either make says in its own words: the
+    directories that it enters, and the rules of a product that stands twice."""
+    own_words = re.compile(rb"make(\[\d+\])?: (Entering|Leaving) directory"
+                           rb"|.*warning: (overriding|ignoring old) recipe"
+                           rb"|.*warning: duplicate script|.*warning: using previous script")
     return b"".join(line for line in output.splitlines(keepends=True)
-                    if not re.match(rb"make(\[\d+\])?: (Entering|Leaving) directory", line))
+                    if not own_words.match(line))
 
 
 def play(case, settings, program, typed, make):
@@ -252,18 +257,15 @@ def play(case, settings, program, typed, make):
         host = Host(settings, root)
         lay_out(case, settings, host)
         before = snapshot(root)
-        got = {}
-        typed = host.to_host(typed)
-        output, errors, status = run([program], host, settings, typed,
+        got = {"host": host}
+        output, errors, status = run([program], host, settings, host.to_host(typed),
                                      subprocess.STDOUT if make != "split" else subprocess.PIPE)
-        got["status"] = status
-        got["screen"] = host.to_case(output)
-        got["errors"] = host.to_case(errors or b"")
+        got["status"], got["screen"], got["errors"] = status, output, errors or b""
         if make in ("make", "bmake"):
             made, _, result = run([make, "-f", "install.mk"], host, settings, b"",
                                   subprocess.STDOUT)
-            got["making"] = host.to_case(make_output(made)) + f"status {result}\n".encode()
-        got["tree"], got["left"] = changes(before, snapshot(root), root, host)
+            got["making"] = make_output(made) + f"status {result}\n".encode()
+        got["tree"], got["left"] = changes(before, snapshot(root), root)
         return got
     finally:
         shutil.rmtree(root)
@@ -314,18 +316,21 @@ def show_difference(name, wanted, got):
 
 
 def compare(wanted, got, names):
-    same = True
+    """Compares what a case wants, in this host's names, with what came."""
+    to_host = got["host"].to_host
+    pairs = []
     for name in names:
-        if wanted[name] == got[name]:
-            continue
-        same = False
         if name == "left":
-            for path in sorted(set(wanted[name]) | set(got[name])):
-                if wanted[name].get(path) != got[name].get(path):
-                    show_difference(path, wanted[name].get(path, b""), got[name].get(path, b""))
+            pairs += [(path, to_host(wanted[name].get(path, b"")), got[name].get(path, b""))
+                      for path in sorted(set(wanted[name]) | set(got[name]))]
+        elif name == "status":
+            pairs.append((name, wanted[name], got[name]))
         else:
-            show_difference(name, wanted[name], got[name])
-    return same
+            pairs.append((name, to_host(wanted[name]), got[name]))
+    differing = [pair for pair in pairs if pair[1] != pair[2]]
+    for pair in differing:
+        show_difference(*pair)
+    return not differing
 
 
 def accept(case, settings, program):
@@ -337,9 +342,11 @@ def accept(case, settings, program):
         (case / "session").write_bytes(ANSWER.sub(b"", session))
         (case / "typed").write_bytes(typed)
     got = play(case, settings, program, typed, "make" if settings["make"] else "")
-    errors = play(case, settings, program, typed, "split")["errors"]
-    for name, content in (("errors", errors), ("making", got.get("making", b"")),
-                          ("tree", got["tree"])):
+    to_case = got["host"].to_case
+    split = play(case, settings, program, typed, "split")
+    for name, content in (("errors", split["host"].to_case(split["errors"])),
+                          ("making", to_case(got.get("making", b""))),
+                          ("tree", to_case(got["tree"]))):
         if content:
             (case / name).write_bytes(content)
         else:
@@ -348,7 +355,7 @@ def accept(case, settings, program):
     for name, content in got["left"].items():
         path = case / "left" / name
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(content)
+        path.write_bytes(to_case(content))
     print(f"{case.name}: status {got['status']}; review the difference")
 
 

@@ -1,0 +1,3 @@
+include app.dat
+program:
+	@echo "$(STORE_NAME), $(STORE_TYPE), $(STORE_VERSION), $(STORE_PATH)" > $(PRODUCT_PATH)/program

@@ -1,0 +1,3 @@
+include b.dat
+for-c:
+	@echo "b after $(IS-C_NAME)"

@@ -1,0 +1,3 @@
+include b.dat
+for-d:
+	@echo "b after $(IS-D_NAME)"

@@ -1,0 +1,3 @@
+include c.dat
+for-d:
+	@echo "c after $(IS-D_NAME)"

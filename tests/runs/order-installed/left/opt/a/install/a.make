@@ -1,0 +1,3 @@
+include a.dat
+for-b:
+	@echo "a after $(IS-B_NAME)"

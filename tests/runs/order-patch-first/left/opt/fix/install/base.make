@@ -1,0 +1,3 @@
+include base.dat
+for-c:
+	@echo "base after $(IS-C_NAME)"

@@ -1,0 +1,3 @@
+include c.dat
+for-a:
+	@echo "c after $(IS-A_NAME)"

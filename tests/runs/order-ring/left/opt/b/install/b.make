@@ -1,0 +1,3 @@
+include b.dat
+for-a:
+	@echo "b after $(IS-A_NAME)"

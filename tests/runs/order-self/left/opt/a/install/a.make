@@ -1,0 +1,3 @@
+include a.dat
+for-a:
+	@echo "a after $(IS-A_NAME)"

@@ -1,0 +1,236 @@
+# <141 generated head 1>
+# <142 generated head 2>
+#
+# <143 generated head 3> @(#)morvane	1.20	95/06/08 
+
+#
+# This file was generated automatically by 'morvane'.
+
+.SILENT:
+
+CC		= /usr/bin/cc
+INST_FILES	= morvane.rsc morvane.SunOS4 morvane.SunOS5 Makefile
+TAR_PATH	= @DIR@/dist
+
+
+install:        products
+
+products: fix fix
+
+#############################################################################
+
+fix: fix-message fix-new fix-dat-file \
+		fix-succeeded
+
+
+fix-message:
+	echo "*******************************************************************************"
+	echo " "
+	echo "***  installation of 'Base system'  ***"
+	echo " "
+
+
+
+fix-new:	fix-tar fix-owner \
+		fix-group \
+		fix-inst-files fix-make
+
+
+
+fix-tar: fix.tar
+	echo "** extracting $(TAR_PATH)/fix.tar to @DIR@/opt/fix"
+	cd @DIR@/opt/fix; tar -xvpf $(TAR_PATH)/fix.tar
+	cd @DIR@/opt/fix; rm -f $(TAR_PATH)/fix.tar-contence
+
+
+fix.tar-contence: fix.tar
+	echo "** getting contence of $(TAR_PATH)/fix.tar"
+	tar -tf $(TAR_PATH)/fix.tar | cut -f1 -d" " > $(TAR_PATH)/fix.tar-contence
+
+
+fix-inst-files: fix-inst-dir
+	echo "** copying installation stuff to @DIR@/opt/fix"
+	diff ./morvane.rsc @DIR@/opt/fix/morvane.rsc > /dev/null 2>&1 || \
+	(cp -p ./morvane.rsc @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.rsc && \
+	chgrp root @DIR@/opt/fix/morvane.rsc  )
+	diff ./morvane.SunOS4 @DIR@/opt/fix/morvane.SunOS4 > /dev/null 2>&1 || \
+	(cp -p ./morvane.SunOS4 @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.SunOS4 && \
+	chgrp root @DIR@/opt/fix/morvane.SunOS4  )
+	diff ./morvane.SunOS5 @DIR@/opt/fix/morvane.SunOS5 > /dev/null 2>&1 || \
+	(cp -p ./morvane.SunOS5 @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.SunOS5 && \
+	chgrp root @DIR@/opt/fix/morvane.SunOS5  )
+	diff ./Makefile @DIR@/opt/fix/Makefile > /dev/null 2>&1 || \
+	(cp -p ./Makefile @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/Makefile && \
+	chgrp root @DIR@/opt/fix/Makefile  )
+	diff ./fix.descr @DIR@/opt/fix/install/fix.descr > /dev/null 2>&1 || \
+	(cp -p ./fix.descr @DIR@/opt/fix/install && \
+	chown root @DIR@/opt/fix/install/fix.descr && \
+	chgrp root @DIR@/opt/fix/install/fix.descr  )
+
+
+fix-dat-file: fix-inst-dir
+	diff ./fix.dat @DIR@/opt/fix/install/fix.dat > /dev/null 2>&1 || \
+	(cp -p ./fix.dat @DIR@/opt/fix/install && \
+	chown root @DIR@/opt/fix/install/fix.dat && \
+	chgrp root @DIR@/opt/fix/install/fix.dat  )
+
+
+fix-inst-dir:
+	if test -d @DIR@/opt/fix/install; \
+	then \
+		:;\
+	else \
+		echo "** creating 'install' directory in '@DIR@/opt/fix'"; \
+		mkdir @DIR@/opt/fix/install; \
+		chown root @DIR@/opt/fix/install; \
+		chgrp root @DIR@/opt/fix/install; \
+	fi
+
+fix-make @DIR@/opt/fix/install/fix.make:
+	if test -f @DIR@/opt/fix/install/Makefile; then \
+		echo "** preparing product specific Makefile '@DIR@/opt/fix/install/fix.make'"; \
+		echo "include fix.dat" > @DIR@/opt/fix/install/fix.make; \
+		cat @DIR@/opt/fix/install/Makefile >> @DIR@/opt/fix/install/fix.make; \
+		rm -f @DIR@/opt/fix/install/Makefile; \
+		chown root @DIR@/opt/fix/install/fix.make; \
+		chgrp root @DIR@/opt/fix/install/fix.make; \
+	else \
+		if test "$@" != "fix-make"; then \
+			echo "Makefile '@DIR@/opt/fix/install/Makefile' missing, cannot install product specific targets."; \
+			exit 1; \
+		fi; \
+	fi
+
+
+fix-owner: fix.tar-contence
+	echo "** changing owner to 'root' inside the tree '@DIR@/opt/fix'"
+	cd @DIR@/opt/fix; chown root `cat $(TAR_PATH)/fix.tar-contence`
+
+fix-group: fix.tar-contence
+	echo "** changing group to 'root' inside the tree '@DIR@/opt/fix'"
+	cd @DIR@/opt/fix; chgrp root `cat $(TAR_PATH)/fix.tar-contence`
+
+
+
+fix-succeeded:
+	echo " "
+	echo "		***  succeeded  ***"
+	echo " "
+
+
+#############################################################################
+
+fix: fix-message fix-new fix-dat-file \
+		fix-succeeded
+
+
+fix-message:
+	echo "*******************************************************************************"
+	echo " "
+	echo "***  installation of 'Base system'  ***"
+	echo " "
+
+
+
+fix-new:	fix-tar fix-owner \
+		fix-group \
+		fix-inst-files fix-make
+
+
+
+fix-tar: fix.tar
+	echo "** extracting $(TAR_PATH)/fix.tar to @DIR@/opt/fix"
+	cd @DIR@/opt/fix; tar -xvpf $(TAR_PATH)/fix.tar
+	cd @DIR@/opt/fix; rm -f $(TAR_PATH)/fix.tar-contence
+
+
+fix.tar-contence: fix.tar
+	echo "** getting contence of $(TAR_PATH)/fix.tar"
+	tar -tf $(TAR_PATH)/fix.tar | cut -f1 -d" " > $(TAR_PATH)/fix.tar-contence
+
+
+fix-inst-files: fix-inst-dir
+	echo "** copying installation stuff to @DIR@/opt/fix"
+	diff ./morvane.rsc @DIR@/opt/fix/morvane.rsc > /dev/null 2>&1 || \
+	(cp -p ./morvane.rsc @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.rsc && \
+	chgrp root @DIR@/opt/fix/morvane.rsc  )
+	diff ./morvane.SunOS4 @DIR@/opt/fix/morvane.SunOS4 > /dev/null 2>&1 || \
+	(cp -p ./morvane.SunOS4 @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.SunOS4 && \
+	chgrp root @DIR@/opt/fix/morvane.SunOS4  )
+	diff ./morvane.SunOS5 @DIR@/opt/fix/morvane.SunOS5 > /dev/null 2>&1 || \
+	(cp -p ./morvane.SunOS5 @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/morvane.SunOS5 && \
+	chgrp root @DIR@/opt/fix/morvane.SunOS5  )
+	diff ./Makefile @DIR@/opt/fix/Makefile > /dev/null 2>&1 || \
+	(cp -p ./Makefile @DIR@/opt/fix && \
+	chown root @DIR@/opt/fix/Makefile && \
+	chgrp root @DIR@/opt/fix/Makefile  )
+	diff ./fix.descr @DIR@/opt/fix/install/fix.descr > /dev/null 2>&1 || \
+	(cp -p ./fix.descr @DIR@/opt/fix/install && \
+	chown root @DIR@/opt/fix/install/fix.descr && \
+	chgrp root @DIR@/opt/fix/install/fix.descr  )
+
+
+fix-dat-file: fix-inst-dir
+	diff ./fix.dat @DIR@/opt/fix/install/fix.dat > /dev/null 2>&1 || \
+	(cp -p ./fix.dat @DIR@/opt/fix/install && \
+	chown root @DIR@/opt/fix/install/fix.dat && \
+	chgrp root @DIR@/opt/fix/install/fix.dat  )
+
+
+fix-inst-dir:
+	if test -d @DIR@/opt/fix/install; \
+	then \
+		:;\
+	else \
+		echo "** creating 'install' directory in '@DIR@/opt/fix'"; \
+		mkdir @DIR@/opt/fix/install; \
+		chown root @DIR@/opt/fix/install; \
+		chgrp root @DIR@/opt/fix/install; \
+	fi
+
+fix-make @DIR@/opt/fix/install/fix.make:
+	if test -f @DIR@/opt/fix/install/Makefile; then \
+		echo "** preparing product specific Makefile '@DIR@/opt/fix/install/fix.make'"; \
+		echo "include fix.dat" > @DIR@/opt/fix/install/fix.make; \
+		cat @DIR@/opt/fix/install/Makefile >> @DIR@/opt/fix/install/fix.make; \
+		rm -f @DIR@/opt/fix/install/Makefile; \
+		chown root @DIR@/opt/fix/install/fix.make; \
+		chgrp root @DIR@/opt/fix/install/fix.make; \
+	else \
+		if test "$@" != "fix-make"; then \
+			echo "Makefile '@DIR@/opt/fix/install/Makefile' missing, cannot install product specific targets."; \
+			exit 1; \
+		fi; \
+	fi
+
+
+fix-owner: fix.tar-contence
+	echo "** changing owner to 'root' inside the tree '@DIR@/opt/fix'"
+	cd @DIR@/opt/fix; chown root `cat $(TAR_PATH)/fix.tar-contence`
+
+fix-group: fix.tar-contence
+	echo "** changing group to 'root' inside the tree '@DIR@/opt/fix'"
+	cd @DIR@/opt/fix; chgrp root `cat $(TAR_PATH)/fix.tar-contence`
+
+
+
+fix-succeeded:
+	echo " "
+	echo "		***  succeeded  ***"
+	echo " "
+
+
+#############################################################################
+
+.c:
+	echo "** compiling $@"
+	$(CC) $(OPTS) -o ./$@ ./$*.c
+
+
