@@ -12,17 +12,20 @@ A case is a directory:
                      without   common files that the distribution lacks
                      env       NAME=VALUE, may stand several times
                      program   real: with its pauses (else they are substituted)
-                     status    expected exit status (1 is the default)
+                     status    expected exit status of every run (1 is the default)
                      make      yes: install.mk is then executed with GNU make and with bmake
+                     again     a directory of DIR where program and make then run once more
     distribution/  its files, beside those of ../common; a directory ID.tree is packed into ID.tar
     beside/        what lies beside the distribution, optional
     session        the screen: what the program wrote to standard output and standard error, in that
                    order, and what was typed, in double brackets at its place
     typed          what is typed, byte for byte, where the session does not show it
-    errors         standard error alone; no such file: nothing
+    session-again, typed-again
+                   the same of the second run
+    errors         standard error alone, of every run; no such file: nothing
     tree           mode, owner, group and path of everything that is new or has changed
     left/          the contents of those files
-    making         what make printed
+    making         what make printed in every run
 
 The program runs in DIR/dist of a directory DIR that is made for it. These differ from host to host
 and are replaced in the files of a case: @DIR@, @USER@, @GROUP@ (who runs the program), @HOST_OS@,
@@ -56,7 +59,7 @@ ANSWER = re.compile(rb"\[\[(.*?)\]\]\n", re.DOTALL)
 
 def read_settings(case):
     settings = {"user": "root", "archives": "", "without": "", "program": "", "status": "1",
-                "make": "", "env": []}
+                "make": "", "again": "", "env": []}
     path = case / "case"
     for line in path.read_text().splitlines() if path.exists() else []:
         key, value = (part.strip() for part in line.split(":", 1))
@@ -94,7 +97,10 @@ class Host:
 
     def to_case(self, content):
         content = content.replace(self.root.encode(), b"@DIR@")
-        content = content.replace(b"HOST_OS = " + self.host_os.encode(), b"HOST_OS = @HOST_OS@")
+        for lead, value, name in (("HOST_OS = ", self.host_os, "@HOST_OS@"),
+                                  ("\n115 ", self.system, "@SYSTEM@"),
+                                  ("\n120 ", self.machine, "@MACHINE@")):
+            content = content.replace((lead + value).encode(), (lead + name).encode())
         for name, value in (("@USER@", self.user), ("@GROUP@", self.group)):
             if value != "root":
                 content = re.sub(rb"\b%s\b" % re.escape(value.encode()), name.encode(), content)
@@ -150,7 +156,7 @@ def snapshot(root):
     return seen
 
 
-def start(command, host, settings, **streams):
+def start(command, host, settings, directory="dist", **streams):
     environment = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
                    "LC_ALL": "C"}
     for setting in settings["env"]:
@@ -159,14 +165,14 @@ def start(command, host, settings, **streams):
     if host.drops_rights:
         command = ["setpriv", f"--reuid={host.ids[0]}", f"--regid={host.ids[1]}",
                    "--clear-groups", *command]
-    return subprocess.Popen(command, cwd=pathlib.Path(host.root) / "dist", env=environment,
+    return subprocess.Popen(command, cwd=pathlib.Path(host.root) / directory, env=environment,
                             umask=0o022, **streams)
 
 
-def run(command, host, settings, typed, errors):
+def run(command, host, settings, directory, typed=b"", errors=subprocess.STDOUT):
     """Returns output and status of the program, and its standard error where that is a pipe."""
-    child = start(command, host, settings, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                  stderr=errors)
+    child = start(command, host, settings, directory, stdin=subprocess.PIPE,
+                  stdout=subprocess.PIPE, stderr=errors)
     try:
         output, error = child.communicate(typed, timeout=TIMEOUT)
     except subprocess.TimeoutExpired:
@@ -192,10 +198,10 @@ def waits_for_answer(child):
     return call[:2] in (["0", "0x0"], ["63", "0x0"])  # read on x86-64 and on arm64
 
 
-def record_session(command, host, settings, typed):
+def record_session(command, host, settings, directory, typed):
     """Types one answer at a time, and returns the screen with each at its place."""
-    child = start(command, host, settings, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                  stderr=subprocess.STDOUT)
+    child = start(command, host, settings, directory, stdin=subprocess.PIPE,
+                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     os.set_blocking(child.stdout.fileno(), False)
     screen = b""
     for answer in typed.splitlines(keepends=True):
@@ -249,47 +255,64 @@ def make_output(output):
                     if not own_words.match(line))
 
 
-def play(case, settings, program, typed, make):
-    """Runs the program on a fresh distribution, and make on its result; returns all that came."""
+def runs(settings):
+    """Returns the directory of each run, and what the names of its own files end in."""
+    return [("dist", "")] + ([(settings["again"], "-again")] if settings["again"] else [])
+
+
+def play(case, settings, make, play_run):
+    """Plays each run, and make on its result, on a fresh distribution; returns what they left."""
     root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
     try:
         root.chmod(0o755)
         host = Host(settings, root)
         lay_out(case, settings, host)
         before = snapshot(root)
-        got = {"host": host}
-        output, errors, status = run([program], host, settings, host.to_host(typed),
-                                     subprocess.STDOUT if make != "split" else subprocess.PIPE)
-        got["status"], got["screen"], got["errors"] = status, output, errors or b""
-        if make in ("make", "bmake"):
-            made, _, result = run([make, "-f", "install.mk"], host, settings, b"",
-                                  subprocess.STDOUT)
-            got["making"] = make_output(made) + f"status {result}\n".encode()
+        got = {"host": host, "making": b""}
+        for directory, suffix in runs(settings):
+            play_run(host, directory, suffix, host.to_host(expected_typed(case, suffix)))
+            if make:
+                made, _, result = run([make, "-f", "install.mk"], host, settings, directory)
+                got["making"] += make_output(made) + f"status {result}\n".encode()
         got["tree"], got["left"] = changes(before, snapshot(root), root)
         return got
     finally:
         shutil.rmtree(root)
 
 
-def record(case, settings, program, typed):
-    root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
-    try:
-        root.chmod(0o755)
-        host = Host(settings, root)
-        lay_out(case, settings, host)
-        return host.to_case(record_session([program], host, settings, host.to_host(typed)))
-    finally:
-        shutil.rmtree(root)
+def observe(case, settings, program, make, error_stream):
+    """Plays a case with all answers at hand, and returns all that came of it."""
+    seen = {"status": [], "screen": b"", "errors": b""}
+
+    def play_run(host, directory, _, typed):
+        output, errors, status = run([program], host, settings, directory, typed, error_stream)
+        seen["status"].append(status)
+        seen["screen"] += output
+        seen["errors"] += errors or b""
+
+    return play(case, settings, make, play_run) | seen
+
+
+def record(case, settings, program, make):
+    """Plays a case one answer at a time, and returns the session of each run."""
+    sessions = {}
+
+    def play_run(host, directory, suffix, typed):
+        session = record_session([program], host, settings, directory, typed)
+        sessions[suffix] = host.to_case(session)
+
+    play(case, settings, make, play_run)
+    return sessions
 
 
 def read(path):
     return path.read_bytes() if path.exists() else b""
 
 
-def expected_typed(case):
-    if (case / "typed").exists():
-        return read(case / "typed")
-    return b"".join(answer + b"\n" for answer in ANSWER.findall(read(case / "session")))
+def expected_typed(case, suffix):
+    if (case / f"typed{suffix}").exists():
+        return read(case / f"typed{suffix}")
+    return b"".join(answer + b"\n" for answer in ANSWER.findall(read(case / f"session{suffix}")))
 
 
 def expectations(case, settings):
@@ -297,7 +320,8 @@ def expectations(case, settings):
     for path in (case / "left").rglob("*"):
         if path.is_file():
             left[str(path.relative_to(case / "left"))] = path.read_bytes()
-    return {"status": int(settings["status"]), "screen": ANSWER.sub(b"", read(case / "session")),
+    screens = [ANSWER.sub(b"", read(case / f"session{suffix}")) for _, suffix in runs(settings)]
+    return {"status": [int(settings["status"])] * len(screens), "screen": b"".join(screens),
             "errors": read(case / "errors"), "making": read(case / "making"),
             "tree": read(case / "tree"), "left": left}
 
@@ -333,20 +357,19 @@ def compare(wanted, got, names):
     return not differing
 
 
-def accept(case, settings, program):
-    typed = expected_typed(case)
-    session = record(case, settings, program, typed)
-    (case / "session").write_bytes(session)
-    (case / "typed").unlink(missing_ok=True)
-    if expected_typed(case) != typed:  # the session cannot show it
-        (case / "session").write_bytes(ANSWER.sub(b"", session))
-        (case / "typed").write_bytes(typed)
-    got = play(case, settings, program, typed, "make" if settings["make"] else "")
+def accept(case, settings, program, make):
+    for suffix, session in record(case, settings, program, make).items():
+        typed = expected_typed(case, suffix)
+        (case / f"session{suffix}").write_bytes(session)
+        (case / f"typed{suffix}").unlink(missing_ok=True)
+        if expected_typed(case, suffix) != typed:  # the session cannot show it
+            (case / f"session{suffix}").write_bytes(ANSWER.sub(b"", session))
+            (case / f"typed{suffix}").write_bytes(typed)
+    got = observe(case, settings, program, make, subprocess.STDOUT)
     to_case = got["host"].to_case
-    split = play(case, settings, program, typed, "split")
+    split = observe(case, settings, program, make, subprocess.PIPE)
     for name, content in (("errors", split["host"].to_case(split["errors"])),
-                          ("making", to_case(got.get("making", b""))),
-                          ("tree", to_case(got["tree"]))):
+                          ("making", to_case(got["making"])), ("tree", to_case(got["tree"]))):
         if content:
             (case / name).write_bytes(content)
         else:
@@ -370,18 +393,18 @@ def main():
         sys.exit(SKIPPED)
     program = build / ("morvane" if settings["program"] == "real"
                        else "tests/morvane_without_pauses")
+    makes = ("make", "bmake") if settings["make"] else ("",)
     if accepting:
-        accept(case, settings, program)
+        accept(case, settings, program, makes[0])
         return
-    wanted, typed = expectations(case, settings), expected_typed(case)
+    wanted = expectations(case, settings)
     same = True
     if settings["program"] != "real":
-        split = play(case, settings, program, typed, "split")
+        split = observe(case, settings, program, makes[0], subprocess.PIPE)
         same = compare(wanted, split, ["status", "errors"])
-    for make in ("make", "bmake") if settings["make"] else ("",):
-        got = play(case, settings, program, typed, make)
-        names = ["status", "screen", "tree", "left"] + (["making"] if make else [])
-        same = compare(wanted, got, names) and same
+    for make in makes:
+        got = observe(case, settings, program, make, subprocess.STDOUT)
+        same = compare(wanted, got, ["status", "screen", "tree", "left", "making"]) and same
     sys.exit(0 if same else 1)
 
 

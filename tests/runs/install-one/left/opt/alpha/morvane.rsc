@@ -86,12 +86,12 @@
 
 # Host
 114 <114 host not identified>
-115 Linux
+115 @SYSTEM@
 116 OtherOS
 117 <117 system not supported: %s %s %s>\n
 118 <118 system 1 release too old: %s>\n
 119 <119 system 2 release too old: %s>\n
-120 x86_64
+120 @MACHINE@
 121 <121 machine not supported: %s>\n
 122 true
 123 <123 site host failed>\n

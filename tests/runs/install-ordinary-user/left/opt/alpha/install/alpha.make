@@ -1,0 +1,3 @@
+include alpha.dat
+greeting:
+	echo "$(PRODUCT_OWNER) greets" > $(PRODUCT_PATH)/greeting

@@ -1,0 +1,3 @@
+include alpha.dat
+greeting:
+	echo "hello" > $(PRODUCT_PATH)/greeting

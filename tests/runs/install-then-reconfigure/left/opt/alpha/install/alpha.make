@@ -1,0 +1,3 @@
+include alpha.dat
+greeting:
+	echo "access $(PRODUCT_ACCESS)" > $(PRODUCT_PATH)/greeting
