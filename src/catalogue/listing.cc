@@ -7,6 +7,7 @@
 #include "console/message_table.h"
 #include "platform/diagnostic.h"
 #include "platform/shell.h"
+#include "version/version.h"
 
 namespace morvane {
 
@@ -56,11 +57,20 @@ std::optional<std::string> get_pwd() {
       output_of(fill("pwd 1> %s 2> /dev/null", {scratch_file()}));
   if (!directory || directory->empty()) return std::nullopt;
   directory->pop_back();
+  if (directory->empty()) return std::nullopt;
 
   const std::size_t second_slash = directory->find('/', directory->find('/') + 1);
   if (second_slash == std::string::npos) return directory;
   const std::string candidate = directory->substr(second_slash);
   return exists(candidate) && same_directory(*directory, candidate) ? candidate : directory;
+}
+
+std::string current_directory() {
+  const std::optional<std::string> directory = get_pwd();
+  if (!directory) {
+    diagnose(fill("%s : warning : failed to get current directory.\n", {PROGRAM_NAME}));
+  }
+  return directory.value_or("");
 }
 
 std::string installed_products_directory(std::string_view directory) {

@@ -21,6 +21,10 @@ std::vector<std::string> get_files(std::string_view directory, std::string_view 
 // the rest names the same directory; nothing where it cannot be obtained.
 std::optional<std::string> get_pwd();
 
+// Returns the current directory as `get_pwd` does; an empty text where it cannot be obtained, and
+// standard error then says so.
+std::string current_directory();
+
 // Returns the directory that holds the descriptions of the products installed in `directory`.
 std::string installed_products_directory(std::string_view directory);
 

@@ -41,7 +41,7 @@ extern bool rscok;
 void read_resource();
 
 // Fills `table` from the message file `file`: first every slot with a filler that names its number,
-// then the slots that the file defines. A line is a number in columns 1 to 4 and a text from column
+// then the slots that the file defines. A line is a number at its start and a text from column
 // 5 on; every other line is skipped. Reading stops at the end or at an error.
 void read_messages(std::FILE* file, message_table& table);
 

@@ -36,7 +36,7 @@ void load_installed_products(product_table& table) {
     }
     product& record = table[slot++];
     read_installed_product(directory, identifier_of(name, DESCRIPTION_ENDING), record);
-    record.path = get_pwd().value_or("");
+    record.path = current_directory();
   }
 }
 

@@ -39,6 +39,8 @@ void start_up() {
   signal(SIGXFSZ, SIG_IGN);
   // With it, a probe's "cd" could end up elsewhere and print where.
   unsetenv("CDPATH");
+  // With it, "ls" could put names in quotes.
+  unsetenv("QUOTING_STYLE");
   read_resource();
   if (!started_by_superuser()) warn_ordinary_user();
 }

@@ -64,7 +64,7 @@ std::string whichOS() {
 
 int release_number(std::string_view release) {
   std::string digits;
-  for (const std::size_t position : {0, 2, 4}) {
+  for (const std::size_t position : {0UL, 2UL, 4UL}) {
     if (position >= release.size()) break;
     digits += release[position];
   }

@@ -31,7 +31,7 @@ std::string file_head(const std::vector<const product*>& products) {
   text += "INST_FILES\t=";
   for (const std::string_view file : INST_FILES) text += fill(" %s", {file});
   text += "\n";
-  text += fill("TAR_PATH\t= %s\n", {get_pwd()});
+  text += fill("TAR_PATH\t= %s\n", {current_directory()});
   text +=
       "\n"
       "\n"

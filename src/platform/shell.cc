@@ -105,6 +105,7 @@ std::optional<std::string> output_of(const std::string& command) {
     return std::nullopt;
   }
   run_command("'rm' -f " + file);
+  unlink(file.c_str());  // where that failed
   return output;
 }
 

@@ -504,7 +504,8 @@ TEST(Makefile, HasNoDirectoryWhereItCannotBeObtained) {
     return occupied;
   });
   EXPECT_EQ(read_file("install.mk"), head_of("", "") + TAIL);
-  EXPECT_EQ(seen.err, "morvane : error : cannot create temporary file '" + seen.result + "'\n");
+  EXPECT_EQ(seen.err, "morvane : error : cannot create temporary file '" + seen.result +
+                          "'\nmorvane : warning : failed to get current directory.\n");
 }
 
 TEST(Makefile, ThatCannotBeOpenedEndsTheProgramBeforeTheHostIsAskedFor) {
