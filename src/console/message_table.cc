@@ -1,6 +1,5 @@
 #include "console/message_table.h"
 
-#include <algorithm>
 #include <string>
 
 #include "console/leave.h"
@@ -79,7 +78,8 @@ std::string_view message_table::operator[](int number) const {
 
 void message_table::store(int number, std::string_view text) {
   char* slot = block_.data() + static_cast<std::size_t>(number) * MESSAGE_SIZE;
-  *std::copy(text.begin(), text.end(), slot) = '\0';
+  text.copy(slot, text.size());
+  slot[text.size()] = '\0';
 }
 
 void read_messages(std::FILE* file, message_table& table) {

@@ -112,7 +112,7 @@ std::string normalise_path(std::string_view path) {
 
 bool holds_special_characters(std::string_view path) {
   static constexpr std::string_view SPECIAL = "'\"\\$;&|<>()*?[]{}!#%:=`\177";
-  return std::any_of(path.begin(), path.end(), [](char c) {
+  return std::ranges::any_of(path, [](char c) {
     const bool control_or_blank = c >= '\1' && c <= ' ';
     return control_or_blank || SPECIAL.find(c) != std::string_view::npos;
   });

@@ -31,6 +31,8 @@ The program runs in DIR/dist of a directory DIR that is made for it. These diffe
 and are replaced in the files of a case: @DIR@, @USER@, @GROUP@ (who runs the program), @HOST_OS@,
 and in the message file @SYSTEM@ and @MACHINE@.
 
+Where MORVANE_RUN_UNDER is set, its words are put before the program: a checker that watches it.
+
 --accept writes what came of the run into the case, for review. A new case needs "typed" for that:
 the answers are moved into its session.
 """
@@ -53,6 +55,7 @@ import time
 RUNS = pathlib.Path(__file__).resolve().parent
 SKIPPED = 77
 TIMEOUT = 60
+CHECKER = os.environ.get("MORVANE_RUN_UNDER", "").split()
 ORDINARY_ID = 65534
 ANSWER = re.compile(rb"\[\[(.*?)\]\]\n", re.DOTALL)
 
@@ -285,7 +288,8 @@ def observe(case, settings, program, make, error_stream):
     seen = {"status": [], "screen": b"", "errors": b""}
 
     def play_run(host, directory, _, typed):
-        output, errors, status = run([program], host, settings, directory, typed, error_stream)
+        output, errors, status = run([*CHECKER, program], host, settings, directory, typed,
+                                     error_stream)
         seen["status"].append(status)
         seen["screen"] += output
         seen["errors"] += errors or b""

@@ -157,7 +157,7 @@ TEST(Value, EndsAtItsFirstNul) {
 
 TEST(LongValue, AWordIsTakenWholeWithAWarningFrom1025On) {
   EXPECT_EQ(read_entry("= " + of(1024, 'a') + "\n").errors, "");
-  for (const std::size_t length : {1025, 1026, 3000}) {
+  for (const std::size_t length : {1025U, 1026U, 3000U}) {
     const entry seen = read_entry("= " + of(length, 'a') + " # comment\nNext");
     EXPECT_EQ(seen.value, of(length, 'a'));
     EXPECT_EQ(seen.comment, "# comment\n");

@@ -101,7 +101,7 @@ TEST_F(Rescan, OfAPathChosenInThisRunAddsItsProductsOnce) {
 
 TEST_F(Rescan, MarksEveryRecordWithThatPathButNoOther) {
   use_slots(5);
-  for (const std::size_t slot : {0, 1, 2}) table[slot].path = "opt";
+  for (const std::size_t slot : {0U, 1U, 2U}) table[slot].path = "opt";
   table[0].path_valid = PATH_CHOSEN;
   table[1].path_valid = PATH_SCANNED;
   table[2].path_valid = NO_PATH;

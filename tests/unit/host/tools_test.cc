@@ -95,7 +95,7 @@ TEST(ToolSearch, FindsExecutablesOnly) {
 
 TEST(ToolSearch, TakesLongDirectoriesWhole) {
   const scratch_directory directory;
-  for (const std::size_t length : {62, 63, 64, 65, 200}) {
+  for (const std::size_t length : {62U, 63U, 64U, 65U, 200U}) {
     // The length of "DIRECTORY/tool".
     std::string path = directory.path() + "/";
     path.append(length - path.size() - std::strlen("/tool"), 'd');

@@ -133,7 +133,7 @@ TEST(Selection, ShowsWhatIsOfferedAndWhatWasChosen) {
 
 TEST(Selection, ALongNameMovesTheVersionColumn) {
   const std::string mark = "  1 :   *    ";
-  for (const std::size_t length : {47, 48, 79}) {
+  for (const std::size_t length : {47U, 48U, 79U}) {
     product_table table;
     product& record = add_product(table, "a", product_state::AVAILABLE);
     record.full_name = std::string(length, 'n');
