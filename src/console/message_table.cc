@@ -47,7 +47,7 @@ char unescape(char c) {
 }
 
 // Returns the text that `raw` stands for: escapes resolved, and a final bar removed, which lets a
-// text end in blanks. The bar is looked for in the result, so that no text can end in one.
+// text end in blanks. The bar is looked for in the result: an escape does not save it.
 std::string decode(std::string_view raw) {
   std::string text;
   for (std::size_t i = 0; i < raw.size(); ++i) {
