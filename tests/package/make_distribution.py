@@ -1,0 +1,406 @@
+#!/usr/bin/env python3
+"""Puts distributions together, and checks what is refused, and what is said about it.
+
+    make_distribution.py BUILD_DIRECTORY
+"""
+
+import contextlib
+import grp
+import os
+import pathlib
+import pwd
+import resource
+import socket
+import stat
+import subprocess
+import sys
+import tarfile
+import tempfile
+
+BUILD = pathlib.Path(sys.argv[1]).resolve()
+COMMAND = pathlib.Path(__file__).resolve().parents[2] / "scripts/make-distribution"
+
+
+def member(name, kind=tarfile.REGTYPE, target="", mode=0o644):
+    made = tarfile.TarInfo(name)
+    made.type, made.linkname, made.mode = kind, target, mode
+    return made
+
+
+def directory(name, mode=0o755):
+    return member(name, tarfile.DIRTYPE, mode=mode)
+
+
+def link(name, target):
+    return member(name, tarfile.SYMTYPE, target)
+
+
+def hard_link(name, target):
+    return member(name, tarfile.LNKTYPE, target)
+
+
+UNKNOWN_KIND = "neither a file, a directory nor a link"
+NOT_AS_IT_IS = "a name that tar and the shell would not hand on as it is"
+OUT = "a link that leads out of the tree"
+NOWHERE = "a link that leads nowhere"
+ABSOLUTE = "a link that is absolute, or leads to one that is"
+CIRCLE = "a link that leads in a circle"
+HARD_LINK = "a hard link to what does not stand before it in the archive"
+OWN_FILE = "the installation puts a file of its own there"
+
+# Members of the archive probe.tar, and what is said about it.
+REFUSED_MEMBERS = [
+    ([member("/etc/motd")], ["'/etc/motd': an absolute name"]),
+    ([member("../up")], ["'../up': a name that leads out of the tree"]),
+    ([directory("a"), member("a/../b")], ["'a/../b': a name that leads out of the tree"]),
+    ([member("a b")], [f"'a b': {NOT_AS_IT_IS}"]),
+    ([member("a\tb")], [rf"'a\tb': {NOT_AS_IT_IS}"]),
+    ([member("a\nb")], [rf"'a\nb': {NOT_AS_IT_IS}"]),
+    ([member("a\177")], [rf"'a\x7f': {NOT_AS_IT_IS}"]),
+    ([member("na\u00efve")], [rf"'na\xefve': {NOT_AS_IT_IS}"]),
+    ([member("a\udcffb")], [rf"'a\udcffb': {NOT_AS_IT_IS}"]),
+    ([member("a\\b")], [rf"'a\\b': {NOT_AS_IT_IS}"]),
+    ([member("a*")], [f"'a*': {NOT_AS_IT_IS}"]),
+    ([member("a?")], [f"'a?': {NOT_AS_IT_IS}"]),
+    ([member("[a]")], [f"'[a]': {NOT_AS_IT_IS}"]),
+    ([member("-R")], ["'-R': a name that chown would take for an option"]),
+    ([member("pipe", tarfile.FIFOTYPE)], [f"'pipe': {UNKNOWN_KIND}"]),
+    ([member("disk", tarfile.BLKTYPE)], [f"'disk': {UNKNOWN_KIND}"]),
+    ([member("line", tarfile.CHRTYPE)], [f"'line': {UNKNOWN_KIND}"]),
+    ([member("su", mode=0o4755)], ["'su': set-id bits, which a change of owner clears"]),
+    ([member("write", mode=0o2755)], ["'write': set-id bits, which a change of owner clears"]),
+    ([member("f"), member("f/g")], ["'f/g': lies below 'f', which is no directory"]),
+    ([directory("d"), link("l", "d"), member("l/g")],
+     ["'l/g': lies below 'l', which is no directory"]),
+    ([member("install")], ["'install': must be a directory"]),
+    ([directory("d"), link("install", "d")], ["'install': must be a directory"]),
+    ([member("Makefile")], [f"'Makefile': {OWN_FILE}"]),
+    ([member("./morvane.rsc")], [f"'./morvane.rsc': {OWN_FILE}"]),
+    ([directory("morvane.SunOS4")], [f"'morvane.SunOS4': {OWN_FILE}"]),
+    ([member("morvane.SunOS5")], [f"'morvane.SunOS5': {OWN_FILE}"]),
+    ([member("install/probe.descr")], [f"'install/probe.descr': {OWN_FILE}"]),
+    ([member("install/probe.dat")], [f"'install/probe.dat': {OWN_FILE}"]),
+    ([member("install/probe.make")], [f"'install/probe.make': {OWN_FILE}"]),
+    ([link("l", "/etc/motd")], [f"'l': {ABSOLUTE}"]),
+    ([link("l", "k"), link("k", "/")], [f"'l': {ABSOLUTE}", f"'k': {ABSOLUTE}"]),
+    ([link("l", "../f"), member("f")], [f"'l': {OUT}"]),
+    ([directory("a/b"), link("a/b/l", "../../../f"), member("f")], [f"'a/b/l': {OUT}"]),
+    ([directory("a/b"), link("short", "a/b"), link("l", "short/../../../f"), member("f")],
+     [f"'l': {OUT}"]),
+    ([link("l", "missing")], [f"'l': {NOWHERE}"]),
+    ([member("f"), link("l", "f/g")], [f"'l': {NOWHERE}"]),
+    ([member("f"), link("l", "f/")], [f"'l': {NOWHERE}"]),
+    ([link("l", "l")], [f"'l': {CIRCLE}"]),
+    ([link("l", "k"), link("k", "l")], [f"'l': {CIRCLE}", f"'k': {CIRCLE}"]),
+    ([hard_link("h", "missing")], [f"'h': {HARD_LINK}"]),
+    ([hard_link("h", "f"), member("f")], [f"'h': {HARD_LINK}"]),
+    ([directory("d"), hard_link("h", "d")], [f"'h': {HARD_LINK}"]),
+    ([member("a b"), member("f"), member("-x")],
+     [f"'a b': {NOT_AS_IT_IS}", "'-x': a name that chown would take for an option"]),
+]
+
+MADE_OF = ("an identifier is made of letters, digits and _.+- and begins with a letter, a digit or "
+           "_")
+
+# Identifiers of products, and what is said about them.
+REFUSED_IDENTIFIERS = [
+    ([identifier], [f"{identifier!a}: {MADE_OF}"])
+    for identifier in ["a b", "a\tb", "a\nb", "na\u00efve", "-a", "+a", ".a", "", "a\\b"]
+    + [f"a{character}b" for character in "$#%:='\"`;&|<>()*?[]{}~!^@,\177"]
+] + [
+    (["a" * 50], [f"{'a' * 50}: an identifier has at most 49 bytes"]),
+    (["install"], ["install: install.mk calls a rule of its own so"]),
+    (["products"], ["products: install.mk calls a rule of its own so"]),
+    (["install.mk"], ["install.mk: install.mk calls a rule of its own so"]),
+    (["a-tar", "a"], ["a-tar: install.mk calls a rule for a so"]),
+    (["a", "a.tar"], ["a.tar: install.mk calls a rule for a so"]),
+    (["a", "a"], ["a: is given twice"]),
+    ([f"p{n}" for n in range(51)], ["51 products, and a distribution holds at most 50"]),
+]
+
+# Contents of the file probe.tar, and what is said about it.
+REFUSED_CONTENTS = [
+    (b"", "probe.tar: no tar archive that can be read: empty file"),
+    (b"no archive" * 100, "probe.tar: no tar archive that can be read: invalid header"),
+    (bytes(10240), "probe.tar: holds nothing"),
+]
+
+
+class Failed(Exception):
+    pass
+
+
+def expect(what, expected, actual):
+    if actual != expected:
+        raise Failed(f"{what}: expected {expected!a}, got {actual!a}")
+
+
+class Workshop:
+    """A directory to work in, with the command."""
+
+    def __init__(self, root):
+        self.root = pathlib.Path(root)
+        self.products = self.root / "products"
+        self.products.mkdir()
+        self.result = self.root / "result"
+
+    def archive(self, identifier, members):
+        path = self.products / f"{identifier}.tar"
+        with tarfile.open(path, "w", format=tarfile.GNU_FORMAT, encoding="utf-8",
+                          errors="surrogateescape") as archive:
+            for entry in members:
+                archive.addfile(entry)
+        self.describe(identifier)
+        return path
+
+    def tree(self, identifier):
+        path = self.products / identifier
+        path.mkdir()
+        self.describe(identifier)
+        return path
+
+    def describe(self, identifier):
+        with contextlib.suppress(OSError):  # of a name that is too long
+            (self.products / f"{identifier}.descr").write_text("Name = Probe\n")
+
+    def run(self, *products, build=BUILD, before=None):
+        return subprocess.run([COMMAND, "--build", build, self.result, *products],
+                              capture_output=True, text=True, preexec_fn=before, timeout=60)
+
+    def refuse(self, lines, *products, before=None):
+        ended = self.run(*products, before=before)
+        expect("standard error", [f"make-distribution: {line}" for line in lines],
+               ended.stderr.splitlines())
+        expect("exit status", 1, ended.returncode)
+        expect("what is left", ["products"], os.listdir(self.root))
+
+    def accept(self, lines, *products):
+        ended = self.run(*products)
+        expect("standard error", [f"make-distribution: {line}" for line in lines],
+               ended.stderr.splitlines())
+        expect("exit status", 0, ended.returncode)
+
+
+def refused_members(members, lines):
+    def check(workshop):
+        archive = workshop.archive("probe", members)
+        workshop.refuse([f"probe.tar: {line}" for line in lines], archive)
+    return check
+
+
+def refused_identifiers(identifiers, lines):
+    def check(workshop):
+        archives = [workshop.archive(name, [member("f")]) for name in identifiers]
+        workshop.refuse(lines, *archives)
+    return check
+
+
+def refused_content(content, line):
+    def check(workshop):
+        archive = workshop.products / "probe.tar"
+        archive.write_bytes(content)
+        workshop.describe("probe")
+        workshop.refuse([line], archive)
+    return check
+
+
+def damaged_archives(workshop):
+    archive = workshop.archive("probe", [member("f"), member("g"), member("h")])
+    whole = archive.read_bytes()
+    archive.write_bytes(whole[:512] + b"x" * 512 + whole[1024:])
+    workshop.refuse(["probe.tar: no tar archive that can be read: damaged"], archive)
+    archive.write_bytes(whole[:700])
+    workshop.refuse(["probe.tar: no tar archive that can be read: damaged"], archive)
+    tree = workshop.tree("full")
+    (tree / "f").write_bytes(bytes(2000))
+    with tarfile.open(archive, "w", format=tarfile.USTAR_FORMAT) as made:
+        made.add(tree / "f", "f")
+    archive.write_bytes(archive.read_bytes()[:1024])
+    workshop.refuse(["probe.tar: no tar archive that can be read: unexpected end of data"], archive)
+
+
+def too_many_names(workshop):
+    def with_short_commands():
+        resource.setrlimit(resource.RLIMIT_STACK, (1 << 20, 1 << 20))
+    names = [f"{n:090}" for n in range(1500)]
+    archive = workshop.archive("probe", [member(name) for name in names])
+    workshop.refuse(["probe.tar: holds more names than one command can take"], archive,
+                    before=with_short_commands)
+    workshop.accept([], archive)
+
+
+def what_is_no_product(workshop):
+    (workshop.products / "text").write_text("")
+    for name in ("text", "missing", "missing.tar"):
+        path = workshop.products / name
+        workshop.refuse([f"{path}: there is neither an archive, ID.tar, nor a source tree, ID"],
+                        path)
+
+
+def result_that_exists(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    workshop.accept([], archive)
+    before = sorted(os.listdir(workshop.result))
+    ended = workshop.run(archive)
+    expect("standard error", f"make-distribution: {workshop.result}: exists already\n",
+           ended.stderr)
+    expect("exit status", 1, ended.returncode)
+    expect("the result", before, sorted(os.listdir(workshop.result)))
+
+
+def build_without_a_program(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    ended = workshop.run(archive, build=workshop.products)
+    missing = workshop.products / "morvane.rsc"
+    expect("standard error", f"make-distribution: {missing}: No such file or directory\n",
+           ended.stderr)
+    expect("exit status", 1, ended.returncode)
+    expect("what is left", ["products"], os.listdir(workshop.root))
+
+
+def no_products(workshop):
+    ended = workshop.run()
+    expect("exit status", 2, ended.returncode)
+
+
+def socket_in_a_tree(workshop):
+    tree = workshop.tree("probe")
+    here = os.open(".", os.O_RDONLY)
+    os.chdir(tree)  # the path of a socket must be short
+    with socket.socket(socket.AF_UNIX) as listener:
+        listener.bind("socket")
+    os.fchdir(here)
+    os.close(here)
+    workshop.refuse([f"probe: 'socket': {UNKNOWN_KIND}"], tree)
+
+
+def long_name_in_a_tree(workshop):
+    tree = workshop.tree("probe")
+    (tree / ("f" * 101)).write_text("")
+    workshop.refuse([f"probe: '{'f' * 101}': name is too long"], tree)
+
+
+def members_of_a_tree(workshop):
+    tree = workshop.tree("probe")
+    (tree / "a b").write_text("")
+    (tree / "l").symlink_to("/etc")
+    (tree / "su").write_text("")
+    (tree / "su").chmod(0o4755)
+    os.mkfifo(tree / "pipe")
+    workshop.refuse([f"probe.tar: 'a b': {NOT_AS_IT_IS}", f"probe.tar: 'l': {ABSOLUTE}",
+                     f"probe.tar: 'pipe': {UNKNOWN_KIND}",
+                     "probe.tar: 'su': set-id bits, which a change of owner clears"], tree)
+
+
+def empty_tree(workshop):
+    workshop.refuse(["probe.tar: holds nothing"], workshop.tree("probe"))
+
+
+def same_archive_of_the_same_tree(workshop):
+    packed = []
+    for mode, moment in ((0o700, 1), (0o775, 2_000_000_000)):
+        tree = workshop.products / "probe"
+        (tree / "bin").mkdir(parents=True)
+        (tree / "bin/run").write_text("#!/bin/sh\n")
+        (tree / ".profile").write_text("PATH=bin\n")
+        (tree / "link").symlink_to("bin/run")
+        (tree / "bin/run").chmod(mode)
+        (tree / ".profile").chmod(mode & 0o666)
+        for path in [*tree.rglob("*"), tree]:
+            os.utime(path, (moment, moment), follow_symlinks=False)
+        workshop.accept(["warning: probe has no description"], tree)
+        archive = workshop.result / "probe.tar"
+        packed.append(archive.read_bytes())
+        with tarfile.open(archive) as opened:
+            expect("members", [(".profile", 0o644, 0), ("bin", 0o755, 0), ("bin/run", 0o755, 0),
+                               ("link", 0o755, 0)],
+                   [(entry.name, entry.mode, entry.uid) for entry in opened])
+        subprocess.run(["rm", "-r", tree, workshop.result], check=True)
+    expect("the second archive", packed[0], packed[1])
+
+
+def what_a_distribution_holds(workshop):
+    archive = workshop.archive("a" * 49, [member("f")])
+    tree = workshop.tree("source")
+    (tree / "f").write_text("")
+    bare = workshop.archive("bare", [member("f")])
+    (workshop.products / "bare.descr").unlink()
+    workshop.accept(["warning: bare has no description"], archive, f"{tree}/", bare)
+
+    host = os.uname()
+    system = f"{host.sysname}{host.release.split('.')[0]}"
+    expected = {f"morvane.{name}": COMMAND.parents[1] / "resources/launcher"
+                for name in ("SunOS4", "SunOS5")}
+    expected |= {f"morvane.{system}": BUILD / "morvane", "morvane.rsc": BUILD / "morvane.rsc",
+                 "Makefile": COMMAND.parents[1] / "resources/Makefile", archive.name: archive,
+                 f"{'a' * 49}.descr": workshop.products / f"{'a' * 49}.descr", "bare.tar": bare,
+                 "source.descr": workshop.products / "source.descr", "source.tar": None}
+    expect("files", sorted(expected), sorted(os.listdir(workshop.result)))
+    for name, source in expected.items():
+        made = workshop.result / name
+        if source:
+            expect(name, source.read_bytes(), made.read_bytes())
+        runs = name.startswith("morvane.") and name != "morvane.rsc"
+        expect(f"mode of {name}", runs, os.access(made, os.X_OK))
+
+
+def fifty_products(workshop):
+    archives = [workshop.archive(f"p{n}", [member("f")]) for n in range(50)]
+    workshop.accept([], *archives)
+
+
+def odd_but_sound(workshop):
+    """What is not refused is installed as it is, by the program and the makefile that it writes."""
+    names = [f"a{character}b" for character in "!\"#$%&'()+,-.:;<=>@]^_`{|}~"]
+    names += ["~", "#", "a-", "@", "f" * 120, "deep/er/f", "install/Makefile"]
+    members = [directory("./"), directory("own", 0o2755), *[member(f"./{name}") for name in names],
+               hard_link("hard", "./a!b"), link("own/l", "../deep/er/../er/f"),
+               link("up", "own/.."), link("d", "own"), link("further", "d/l"),
+               directory("own", 0o2755)]
+    workshop.accept([], workshop.archive("odd", members))
+    installed = workshop.root / "installed"
+    installed.mkdir()
+    user = pwd.getpwuid(os.getuid()).pw_name
+    group = grp.getgrgid(os.getgid()).gr_name
+    answers = ["1", "", str(installed), user, group, "n", "n", ""]
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("MAKEFLAGS", "MFLAGS", "MAKELEVEL")}
+    ended = subprocess.run(["make"], cwd=workshop.result, input="\n".join(answers) + "\n",
+                           env=environment, capture_output=True, text=True, timeout=60)
+    expect(f"exit status of {ended.stdout}{ended.stderr}", 0, ended.returncode)
+
+    for name in names:
+        if name == "install/Makefile":
+            continue  # it has become the product's makefile
+        mode = (installed / name).lstat().st_mode
+        expect(f"kind and access of {name}", (True, 0o640), (stat.S_ISREG(mode), mode & 0o777))
+    expect("mode of own", 0o2750, stat.S_IMODE((installed / "own").stat().st_mode))
+    expect("own/l", "../deep/er/../er/f", os.readlink(installed / "own/l"))
+    expect("hard", 2, (installed / "hard").stat().st_nlink)
+
+
+CHECKS = (
+    [refused_members(*row) for row in REFUSED_MEMBERS]
+    + [refused_identifiers(*row) for row in REFUSED_IDENTIFIERS]
+    + [refused_content(*row) for row in REFUSED_CONTENTS]
+    + [damaged_archives, too_many_names, what_is_no_product, result_that_exists,
+       build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
+       members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
+       fifty_products, odd_but_sound])
+
+
+def main():
+    failures = 0
+    for number, check in enumerate(CHECKS):
+        with tempfile.TemporaryDirectory() as root:
+            try:
+                check(Workshop(root))
+            except Failed as failure:
+                failures += 1
+                print(f"{check.__name__} ({number}): {failure}")
+    print(f"{len(CHECKS)} checks, {failures} failed")
+    sys.exit(1 if failures else 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,36 @@
+#!/bin/sh
+# try_installation.sh PREFIX: puts the installed samples together with the installed command, and
+# installs one of them with the installed program. Nothing else of morvane's is used.
+set -eu
+prefix=$1
+scripts=$(cd "$(dirname "$0")/../../scripts" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+unset KELSTONE_HOME MAKEFLAGS MFLAGS MAKELEVEL
+
+"$prefix/bin/morvane-make-distribution" "$work/dist" "$prefix"/share/doc/morvane/examples/*/ \
+	2>"$work/output" || {
+	cat "$work/output"
+	exit 1
+}
+cmp "$prefix/bin/morvane" "$work/dist/morvane.$(uname -sr | sed 's/\..*$//;s/ //')"
+sed -i "s|= */opt/|= $work/dist/opt/|" "$work"/dist/*.descr
+
+cd "$work/dist"
+"$scripts/answers" first "$work/dist" >answers
+make <answers >"$work/output" 2>&1 || {
+	cat "$work/output"
+	exit 1
+}
+opt/kelstone/bin/kelstone put store key value
+test "$(opt/kelstone/bin/kelstone get store key)" = value
+
+# Configured again in its own directory, where the program is the one on the PATH.
+cd opt/kelstone
+rm bin/kelstone
+"$scripts/answers" again "$work/dist" >"$work/answers"
+PATH=$prefix/bin:$PATH make <"$work/answers" >"$work/output" 2>&1 || {
+	cat "$work/output"
+	exit 1
+}
+test -x bin/kelstone
