@@ -1,0 +1,70 @@
+#!/usr/bin/env python3
+"""Follows docs/first-distribution.md to the letter.
+
+    tutorial.py BUILD_DIRECTORY
+
+Blocks marked "sh" are run, one after the other, in an empty directory. A block "answers" behind one
+is typed to its last command: the word that begins each line, Enter for an empty one. A block
+"output" behind one is what it must print.
+"""
+
+import grp
+import os
+import pathlib
+import pwd
+import re
+import subprocess
+import sys
+import tempfile
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+TUTORIAL = PROJECT / "docs/first-distribution.md"
+BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+TIMEOUT = 120
+
+
+def typed(answers):
+    words = [line.split()[0] for line in answers.splitlines()]
+    own = {"Enter": "", "USER": pwd.getpwuid(os.getuid()).pw_name, "GROUP": grp.getgrgid(os.getegid()).gr_name}
+    return "".join(own.get(word, word) + "\n" for word in words)
+
+
+def run(commands, answers, work, environment):
+    """Runs a block where the one before it ended, and returns what it printed."""
+    here = pathlib.Path(environment["HERE"])
+    done = subprocess.run(["sh", "-euc", commands + '\npwd >"$HERE"'], input=answers, text=True,
+                          cwd=here.read_text().rstrip("\n") if here.exists() else work,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment,
+                          timeout=TIMEOUT, check=False)
+    if done.returncode != 0:
+        sys.exit(f"{commands}\n{done.stdout}\nended with {done.returncode}")
+    return done.stdout
+
+
+def follow(work, environment):
+    blocks = BLOCK.findall(TUTORIAL.read_text())
+    for number, (kind, commands) in enumerate(blocks):
+        if kind != "sh":
+            continue
+        following = dict(blocks[number + 1:number + 2])
+        printed = run(commands, typed(following.get("answers", "")), work, environment)
+        wanted = following.get("output")
+        if wanted is not None and printed != wanted:
+            sys.exit(f"{commands}\nprinted\n{printed}\ninstead of\n{wanted}")
+
+
+def main():
+    build = pathlib.Path(sys.argv[1]).resolve()
+    with tempfile.TemporaryDirectory(prefix="morvane-tutorial-", dir="/tmp") as scratch:
+        work = pathlib.Path(scratch)
+        prefix = work / "prefix"
+        subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True,
+                       stdout=subprocess.DEVNULL)
+        follow_in = work / "empty"
+        follow_in.mkdir()
+        follow(follow_in, {"PATH": f"{prefix}/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin",
+                           "LC_ALL": "C", "HERE": str(work / "here")})
+
+
+if __name__ == "__main__":
+    main()
