@@ -163,8 +163,8 @@ class Workshop:
         with contextlib.suppress(OSError):  # of a name that is too long
             (self.products / f"{identifier}.descr").write_text("Name = Probe\n")
 
-    def run(self, *products, build=BUILD, before=None):
-        return subprocess.run([COMMAND, "--build", build, self.result, *products],
+    def run(self, *products, build=BUILD, before=None, options=()):
+        return subprocess.run([COMMAND, "--build", build, *options, self.result, *products],
                               capture_output=True, text=True, preexec_fn=before, timeout=60)
 
     def refuse(self, lines, *products, before=None):
@@ -344,6 +344,21 @@ def what_a_distribution_holds(workshop):
         expect(f"mode of {name}", runs, os.access(made, os.X_OK))
 
 
+def other_language(workshop):
+    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "de"])
+    expect("exit status", 0, ended.returncode)
+    expect("messages", (BUILD / "morvane.de.rsc").read_bytes(),
+           (workshop.result / "morvane.rsc").read_bytes())
+
+
+def unknown_language(workshop):
+    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "xx"])
+    expect("standard error",
+           f"make-distribution: {BUILD}/morvane.xx.rsc: No such file or directory\n", ended.stderr)
+    expect("exit status", 1, ended.returncode)
+    expect("what is left", ["products"], os.listdir(workshop.root))
+
+
 def fifty_products(workshop):
     archives = [workshop.archive(f"p{n}", [member("f")]) for n in range(50)]
     workshop.accept([], *archives)
@@ -386,7 +401,7 @@ CHECKS = (
     + [damaged_archives, too_many_names, what_is_no_product, result_that_exists,
        build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
        members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
-       fifty_products, odd_but_sound])
+       other_language, unknown_language, fifty_products, odd_but_sound])
 
 
 def main():
