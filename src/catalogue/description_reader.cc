@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include "console/message_format.h"
 #include "platform/diagnostic.h"
@@ -37,13 +38,10 @@ void read_quoted(description_stream& stream, std::string& value) {
     value.resize(until_nul(value).size());
     return;
   }
-  value.resize(until_nul(value).size());
-  const std::size_t end = value.find_first_of("\"\r\n\v\f");
-  if (end == std::string::npos) {
-    diagnose(fill("%s : warning : read line contains only one '\"'\n", {PROGRAM_NAME}));
-    return;
-  }
+  const std::size_t end = std::strcspn(value.c_str(), "\"\r\n\v\f");
+  const bool closed = value[end] != '\0';
   value.resize(end);
+  if (!closed) diagnose(fill("%s : warning : read line contains only one '\"'\n", {PROGRAM_NAME}));
 }
 
 // Reads a value without quotes and the comment behind it.
@@ -82,13 +80,13 @@ bool description_stream::read_block() {
 
 void description_stream::read_line(std::size_t limit, std::string& line) {
   while (limit > 0 && peek() != END) {
-    const char* stop = next_ + std::min<std::size_t>(limit, static_cast<std::size_t>(end_ - next_));
-    const char* newline = std::find(next_, stop, '\n');
-    const char* taken = newline == stop ? stop : newline + 1;
+    const std::size_t reach = std::min(limit, static_cast<std::size_t>(end_ - next_));
+    const void* newline = std::memchr(next_, '\n', reach);
+    const char* taken = newline == nullptr ? next_ + reach : static_cast<const char*>(newline) + 1;
     line.append(next_, taken);
     limit -= static_cast<std::size_t>(taken - next_);
     next_ = taken;
-    if (newline != stop) return;
+    if (newline != nullptr) return;
   }
 }
 
