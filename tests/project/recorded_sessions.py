@@ -74,6 +74,8 @@ def as_picture(screen):
 def main():
     arguments = sys.argv[1:]
     accepting = arguments[:1] == ["--accept"]
+    if len(arguments) != 1 + accepting:
+        sys.exit(__doc__)
     build = pathlib.Path(arguments[accepting]).resolve()
     if os.geteuid() != 0:
         print("skipped: the sessions are those of the superuser")

@@ -33,8 +33,8 @@ and in the message file @SYSTEM@ and @MACHINE@.
 
 Where MORVANE_RUN_UNDER is set, its words are put before the program: a checker that watches it.
 
---accept writes what came of the run into the case, for review. A new case needs "typed" for that:
-the answers are moved into its session.
+--accept writes what came of the run into the case, for review, but for the exit status. A new case
+needs "typed" for that: the answers are moved into its session.
 """
 
 import array
@@ -383,13 +383,19 @@ def accept(case, settings, program, make):
         path = case / "left" / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(to_case(content))
-    print(f"{case.name}: status {got['status']}; review the difference")
+    print(f"{case.name}: review the difference")
+    if set(got["status"]) != {int(settings["status"])}:
+        print(f"status {got['status']}: write it into {case / 'case'}")
 
 
 def main():
     arguments = sys.argv[1:]
     accepting = arguments[:1] == ["--accept"]
+    if len(arguments) != 2 + accepting:
+        sys.exit(__doc__)
     build, case = (pathlib.Path(name).resolve() for name in arguments[accepting:])
+    if not (case / "typed").exists() and not (case / "session").exists():
+        sys.exit(f"{case}: what is typed is missing")
     settings = read_settings(case)
     signal.signal(signal.SIGPIPE, signal.SIG_IGN)
     if settings["user"] == "root" and os.geteuid() != 0:
