@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the manual pages against the program, and against the files that they show.
 
-    check_manual.py BUILD_DIRECTORY     checks examples, message numbers and keywords
+    check_manual.py BUILD_DIRECTORY     checks examples, messages and keywords
     check_manual.py --lint              has mandoc check the pages
 
 Every literal display of a page is an example: a comment in front of it names the file in
@@ -22,6 +22,7 @@ import tempfile
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 MANUAL = PROJECT / "man"
 EXAMPLES = MANUAL / "examples"
+DIAGNOSTIC_MESSAGES = ("095", "096", "101", "114", "146")
 SKIPPED = 77
 TIMEOUT = 60
 
@@ -70,6 +71,18 @@ def check_numbers(messages):
     page = (MANUAL / "morvane.descr.5").read_text()
     yield from number_counts(re.findall(r"^\.It Ic (\w+) No =", page, re.MULTILINE),
                              keywords.values(), "morvane.descr.5: keyword")
+
+
+def check_diagnostics(messages):
+    """Compares the messages that morvane(1) explains with the message file."""
+    page = (MANUAL / "morvane.1").read_text()
+    shown = {number: diagnostic for diagnostic, numbers
+             in re.findall(r'^\.It "(.*)"\nMessages? ([^:]*):', page, re.MULTILINE)
+             for number in numbers.split(" and ")}
+    texts = dict(re.findall(r"^(\d{3}) (.*)$", messages, re.MULTILINE))
+    for number in DIAGNOSTIC_MESSAGES:
+        if texts[number].replace(r"\n", " ") not in shown.get(number, ""):
+            yield f"morvane.1: message {number} is not shown as it is"
 
 
 def lay_out(scratch, build, descriptions, messages):
@@ -131,6 +144,7 @@ def check(build):
     for page in sorted(MANUAL.glob("*.[0-9]")):
         yield from check_examples(page)
     yield from check_numbers(messages)
+    yield from check_diagnostics(messages)
     yield from check_descriptions(build, messages)
     yield from check_translation(build, messages)
 

@@ -100,12 +100,14 @@ foreign=$(find . -type f ! \( -user "$user" -group "$group" \))
 test -z "$foreign" || fail "these files have another owner or group: $foreign"
 test "$(bin/tansy 1121)" = "1121 a quiet day" || fail "tansy does not work"
 
+kept=$(ls -ln src)
 rm bin/tansy
 configure tansy.session-again
 make -f install.mk
 test "$(bin/tansy 1121)" = "1121 a quiet day" || fail "tansy does not work any more"
 grep -q '^PRODUCT_ACCESS = 0$' install/tansy.dat || fail "the settings are not the new ones"
 test -z "$(find bin/tansy -perm -004)" || fail "other users keep access"
+test "$(ls -ln src)" = "$kept" || fail "what was installed has not stayed as it is"
 
 example links.make >"$work/links.make"
 make -f "$work/links.make" PRODUCT_PATH=. PRODUCT_OWNER="$user" PRODUCT_GROUP="$group"
