@@ -1,6 +1,5 @@
 #include "catalogue/description_reader.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 
 #include "console/message_format.h"
 #include "platform/diagnostic.h"
+#include "platform/file.h"
 #include "platform/text.h"
 #include "version/version.h"
 
@@ -61,8 +61,7 @@ void read_word(description_stream& stream, std::string& value, std::string& comm
 }  // namespace
 
 description_stream::description_stream(const std::string& path)
-    // Without blocking: a named pipe in the place of a description would hold up the run for ever.
-    : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    : descriptor_(open_for_reading(path)) {}
 
 description_stream::~description_stream() {
   if (is_open()) close(descriptor_);

@@ -6,6 +6,7 @@
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "platform/diagnostic.h"
+#include "platform/file.h"
 #include "platform/shell.h"
 #include "version/version.h"
 
@@ -14,15 +15,17 @@ namespace morvane {
 namespace {
 
 // Tells whether two directories are the same by comparing what `ls` says of their inodes. Leaves
-// both scratch files behind; the next probe overwrites them.
-bool same_directory(std::string_view directory, std::string_view candidate) {
+// both scratch files behind; the next probe overwrites them. Where the shell cannot enter the
+// candidate it compares the directory with itself, and inodes of two file systems can be equal: a
+// candidate that somebody else put there must not pass for the directory.
+bool same_directory(const std::string& directory, const std::string& candidate) {
   const std::string first = scratch_file();
   const std::string second = second_scratch_file();
   if (!create_scratch_file(first) || !create_scratch_file(second)) return false;
-  return run_command(
-      fill("cd %s; ls -id 1> %s 2> /dev/null; cd %s; ls -id 1> %s 2> /dev/null; "
-           "diff %s %s 1> /dev/null 2> /dev/null",
-           {quote(directory), first, quote(candidate), second, first, second}));
+  return run_command(fill("cd %s; ls -id 1> %s 2> /dev/null; cd %s; ls -id 1> %s 2> /dev/null; "
+                          "diff %s %s 1> /dev/null 2> /dev/null",
+                          {quote(directory), first, quote(candidate), second, first, second})) &&
+         is_same_file(directory, candidate);
 }
 
 // Returns the lines of `listing`, without empty ones at its end.

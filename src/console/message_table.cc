@@ -1,10 +1,12 @@
 #include "console/message_table.h"
 
+#include <new>
 #include <string>
 
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/printer.h"
+#include "platform/file.h"
 #include "platform/number.h"
 
 namespace morvane {
@@ -93,11 +95,13 @@ void read_messages(std::FILE* file, message_table& table) {
 }
 
 void read_resource() {
-  std::FILE* file = std::fopen(RESOURCE_FILE, "r");
-  if (file == nullptr) {
+  const int descriptor = open_for_reading(RESOURCE_FILE);
+  if (descriptor < 0) {
     print(fill("\nCannot find resource file <<%s>>\n", {RESOURCE_FILE}));
     quit();
   }
+  std::FILE* file = fdopen(descriptor, "r");
+  if (file == nullptr) throw std::bad_alloc();
   read_messages(file, r);
   std::fclose(file);
   rscok = true;

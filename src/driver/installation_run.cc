@@ -10,8 +10,11 @@
 #include "depend/patches.h"
 #include "depend/resolution.h"
 #include "host/operating_system.h"
+#include "host/rights.h"
 #include "output/makefile.h"
+#include "output/output_file.h"
 #include "output/settings_file.h"
+#include "platform/shell.h"
 #include "settings/ownership.h"
 #include "settings/path.h"
 #include "settings/selection.h"
@@ -91,8 +94,11 @@ void write_installation_makefile(product_table& table) {
   write_makefile(order);
 }
 
+// Another run in this directory tries groups on a file of the makefile's name and removes it.
 [[noreturn]] void ask_last_question() {
-  if (choose_y_or_n(r[LAST_QUESTION])) return_code = 0;
+  if (!choose_y_or_n(r[LAST_QUESTION])) quit();
+  if (!exists(MAKEFILE_NAME)) leave_without_file(MAKEFILE_NAME);
+  return_code = 0;
   quit();
 }
 

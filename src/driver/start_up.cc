@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 
+#include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
@@ -20,8 +21,22 @@ namespace {
 // take its place, and dialogue or diagnostics would end up in it.
 void open_missing_descriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", O_RDWR);
+    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) std::_Exit(return_code);
   }
+}
+
+// Another program may have left the terminal so that reading from it does not wait.
+void wait_for_answers() {
+  const int flags = fcntl(STDIN_FILENO, F_GETFL);
+  if ((flags & O_NONBLOCK) != 0) fcntl(STDIN_FILENO, F_SETFL, flags & ~O_NONBLOCK);
+}
+
+// Undoes what the program may have inherited and its shell commands cannot work with.
+void free_commands() {
+  signal(SIGCHLD, SIG_DFL);   // ignored, it has every command fail
+  unsetenv("CDPATH");         // a probe's "cd" could end up elsewhere and print where
+  unsetenv("QUOTING_STYLE");  // "ls" could put names in quotes
+  unsetenv("SHELLOPTS");      // a shell could leave patterns as they stand, or run nothing
 }
 
 void warn_ordinary_user() {
@@ -35,12 +50,10 @@ void warn_ordinary_user() {
 
 void start_up() {
   open_missing_descriptors();
+  wait_for_answers();
   // So that a file which cannot grow fails to be written, instead of ending the program half-way.
   signal(SIGXFSZ, SIG_IGN);
-  // With it, a probe's "cd" could end up elsewhere and print where.
-  unsetenv("CDPATH");
-  // With it, "ls" could put names in quotes.
-  unsetenv("QUOTING_STYLE");
+  free_commands();
   read_resource();
   if (!started_by_superuser()) warn_ordinary_user();
 }

@@ -1,16 +1,21 @@
 #include "output/output_file.h"
 
+#include <new>
+
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
+#include "platform/file.h"
 #include "version/version.h"
 
 namespace morvane {
 
-output_file::output_file(std::string_view name)
-    : file_(std::fopen(std::string(name).c_str(), "w")) {
-  if (file_ == nullptr) leave_without_file(name);
+output_file::output_file(std::string_view name) {
+  const int descriptor = open_for_writing(std::string(name));
+  if (descriptor < 0) leave_without_file(name);
+  file_ = fdopen(descriptor, "w");
+  if (file_ == nullptr) throw std::bad_alloc();
 }
 
 output_file::~output_file() {

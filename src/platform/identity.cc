@@ -4,9 +4,22 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <new>
+
 namespace morvane {
 
 namespace {
+
+// Returns what `find` knows of `key`, or null. Exhausted memory is told apart from a key that is
+// not known: the run must not go on as if it were not.
+template <typename Entry, typename Key>
+const Entry* look_up(Entry* find(Key), Key key) {
+  errno = 0;
+  const Entry* entry = find(key);
+  if (entry == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  return entry;
+}
 
 std::optional<user> to_user(const passwd* entry) {
   if (entry == nullptr) return std::nullopt;
@@ -20,11 +33,11 @@ std::string name_of(const std::optional<user>& who) {
 }  // namespace
 
 std::optional<user> find_user(std::string_view name) {
-  return to_user(getpwnam(std::string(name).c_str()));
+  return to_user(look_up(getpwnam, std::string(name).c_str()));
 }
 
 std::optional<user> real_user() {
-  return to_user(getpwuid(getuid()));
+  return to_user(look_up(getpwuid, getuid()));
 }
 
 std::string real_user_name() {
@@ -32,16 +45,16 @@ std::string real_user_name() {
 }
 
 std::string effective_user_name() {
-  return name_of(to_user(getpwuid(geteuid())));
+  return name_of(to_user(look_up(getpwuid, geteuid())));
 }
 
 std::string effective_group_name() {
-  const group* entry = getgrgid(getegid());
+  const group* entry = look_up(getgrgid, getegid());
   return entry == nullptr ? "" : entry->gr_name;
 }
 
 bool group_exists(std::string_view name) {
-  return getgrnam(std::string(name).c_str()) != nullptr;
+  return look_up(getgrnam, std::string(name).c_str()) != nullptr;
 }
 
 bool started_by_superuser() {

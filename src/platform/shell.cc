@@ -10,6 +10,7 @@
 #include <new>
 
 #include "platform/diagnostic.h"
+#include "platform/file.h"
 #include "platform/text.h"
 #include "version/version.h"
 
@@ -22,8 +23,10 @@ constexpr std::string_view PLAIN_CHARACTERS =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,@~^";
 
 std::optional<std::string> read_file(const std::string& path) {
-  std::FILE* file = std::fopen(path.c_str(), "r");
-  if (file == nullptr) return std::nullopt;
+  const int descriptor = open_for_reading(path);
+  if (descriptor < 0) return std::nullopt;
+  std::FILE* file = fdopen(descriptor, "r");
+  if (file == nullptr) throw std::bad_alloc();
   std::string content;
   std::array<char, 4096> block;
   while (const std::size_t count = std::fread(block.data(), 1, block.size(), file)) {

@@ -10,6 +10,8 @@ import random
 import re
 import shutil
 import sys
+import threading
+import time
 
 import session
 
@@ -250,6 +252,102 @@ def narrow_terminal(program):
             screens.append(re.sub(rb"\s+", b"", stage.host.to_case(stage.output))[-2000:])
     if len(set(screens)) != 1:
         yield ["the screen depends on the terminal's width"]
+
+
+@test
+def child_signals_ignored(program):
+    with session.Stage(program) as stage:
+        ended = stage.play(before=[sys.executable, "-c", (
+            "import os, signal, sys; signal.signal(signal.SIGCHLD, signal.SIG_IGN); "
+            "os.execv(sys.argv[1], sys.argv[1:])")])
+        yield session.untouched(stage, ended)
+
+
+@test
+def shell_options(program):
+    with session.Stage(program) as stage:
+        stage.set(SHELLOPTS="noglob")
+        with open(stage.distribution / "morvane.rsc", "a", encoding="ascii") as messages:
+            messages.write('122 test -z "$SHELLOPTS" || test "$BASH_VERSION"\n')
+        yield session.untouched(stage, stage.play())
+
+
+@test
+def answers_that_come_late_through_a_pipe_that_does_not_wait(program):
+    with session.Stage(program) as stage:
+        reading, writing = os.pipe()
+        os.set_blocking(reading, False)
+        late = threading.Timer(0.3, os.write, [writing, stage.typed])
+        late.start()
+        ended = stage.play(stdin=reading)
+        late.join()
+        os.close(reading)
+        os.close(writing)
+        yield session.untouched(stage, ended)
+
+
+# Files in whose place something else waits, and whether the run can go on without them.
+PLACES = {"morvane.rsc": False, "base.descr": True, "base.dat": False, "install.mk": False}
+
+
+@test
+def pipes_in_the_place_of_files(program):
+    for name in PLACES:
+        with session.Stage(program) as stage:
+            (stage.distribution / name).unlink(missing_ok=True)
+            os.mkfifo(stage.distribution / name)
+            found = stage.problems(stage.play(), farewell=name != "morvane.rsc")
+            yield [f"{name}: {problem}" for problem in found]
+
+
+@test
+def devices_in_the_place_of_files(program):
+    for name, goes_on in PLACES.items():
+        if name in ("base.dat", "install.mk"):
+            continue
+        with session.Stage(program) as stage:
+            (stage.distribution / name).unlink()
+            (stage.distribution / name).symlink_to("/dev/zero")
+            found = stage.problems(stage.play())
+            if not goes_on and (stage.status != 1 or b"Cannot find resource" not in stage.output):
+                found.append(f"status {stage.status}")
+            yield [f"{name}: {problem}" for problem in found]
+
+
+@test
+def directory_that_is_cut(program):
+    with session.Stage(program) as stage:
+        deep = stage.root / ("d" * 100) / ("e" * 40)
+        deep.parent.mkdir()
+        stage.distribution.rename(deep)
+        stage.distribution.symlink_to(deep)
+        stage.set(PWD=deep)
+        ended = stage.play()
+        yield stage.problems(ended)
+        if f"directory '{deep}' is longer than 127 bytes and is cut".encode() not in stage.errors:
+            yield ["standard error does not tell"]
+
+
+@test
+def makefile_removed_before_the_last_answer(program):
+    with session.Stage(program) as stage:
+        *answers, last = stage.typed.splitlines(keepends=True)
+        with open(stage.root / "screen", "wb+") as screen:
+            child = stage.start(stdin=session.subprocess.PIPE, stdout=screen, stderr=screen)
+            child.stdin.write(b"".join(answers))
+            child.stdin.flush()
+            deadline = time.time() + session.TIMEOUT
+            while not session.run_case.waits_for_answer(child) and time.time() < deadline:
+                time.sleep(0.002)
+            (stage.distribution / "install.mk").unlink()
+            child.stdin.write(last)
+            child.stdin.close()
+            stage.ended()
+            screen.seek(0)
+            stage.output = screen.read()
+        yield stage.problems(True)
+        if stage.status != 1 or b"install.mk" not in stage.output:
+            yield [f"status {stage.status}, and it does not tell"]
 
 
 def with_messages(stage, text):

@@ -31,7 +31,8 @@ The program runs in DIR/dist of a directory DIR that is made for it. These diffe
 and are replaced in the files of a case: @DIR@, @USER@, @GROUP@ (who runs the program), @HOST_OS@,
 and in the message file @SYSTEM@ and @MACHINE@.
 
-Where MORVANE_RUN_UNDER is set, its words are put before the program: a checker that watches it.
+Where MORVANE_RUN_UNDER is set, its words are put before a copy of the program that everybody can
+read: a checker that watches it.
 
 --accept writes what came of the run into the case, for review, but for the exit status. A new case
 needs "typed" for that: the answers are moved into its session.
@@ -388,6 +389,19 @@ def accept(case, settings, program, make):
         print(f"status {got['status']}: write it into {case / 'case'}")
 
 
+def check(case, settings, program, makes):
+    """Plays a case and returns whether everything that came of it is as it should be."""
+    wanted = expectations(case, settings)
+    same = True
+    if settings["program"] != "real":
+        split = observe(case, settings, program, makes[0], subprocess.PIPE)
+        same = compare(wanted, split, ["status", "errors"])
+    for make in makes:
+        got = observe(case, settings, program, make, subprocess.STDOUT)
+        same = compare(wanted, got, ["status", "screen", "tree", "left", "making"]) and same
+    return same
+
+
 def main():
     arguments = sys.argv[1:]
     accepting = arguments[:1] == ["--accept"]
@@ -407,14 +421,11 @@ def main():
     if accepting:
         accept(case, settings, program, makes[0])
         return
-    wanted = expectations(case, settings)
-    same = True
-    if settings["program"] != "real":
-        split = observe(case, settings, program, makes[0], subprocess.PIPE)
-        same = compare(wanted, split, ["status", "errors"])
-    for make in makes:
-        got = observe(case, settings, program, make, subprocess.STDOUT)
-        same = compare(wanted, got, ["status", "screen", "tree", "left", "making"]) and same
+    with tempfile.TemporaryDirectory(prefix="morvane-run-", dir="/tmp") as readable:
+        if CHECKER:
+            os.chmod(readable, 0o755)
+            program = shutil.copy(program, readable)
+        same = check(case, settings, program, makes)
     sys.exit(0 if same else 1)
 
 

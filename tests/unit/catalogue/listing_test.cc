@@ -167,6 +167,21 @@ TEST(CurrentDirectory, IsWholeWhereItsRestIsAnotherDirectory) {
   EXPECT_EQ(seen.written(), "");
 }
 
+TEST(CurrentDirectory, IsWholeWhereItsRestIsAFile) {
+  if (fs::canonical("/var/tmp") != "/var/tmp" || !fs::exists("/tmp") ||
+      fs::equivalent("/var/tmp", "/tmp")) {
+    GTEST_SKIP() << "/var/tmp and /tmp are not two directories here";
+  }
+  // The shell cannot enter the file, stays, and compares the directory with itself.
+  const std::string name = "morvane-listing-" + std::to_string(getpid());
+  fs::create_directory("/var/tmp/" + name);
+  std::ofstream("/tmp/" + name).put('x');
+  const outcome seen = pwd_in("/var/tmp/" + name);
+  fs::remove("/var/tmp/" + name);
+  fs::remove("/tmp/" + name);
+  EXPECT_EQ(seen.result, "/var/tmp/" + name + ", first left, second left");
+}
+
 TEST(CurrentDirectory, LosesItsFirstComponentWhereTheRestIsTheSameDirectory) {
   if (fs::canonical("/usr/bin") != "/usr/bin" || !fs::exists("/bin") ||
       !fs::equivalent("/usr/bin", "/bin")) {
