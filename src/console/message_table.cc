@@ -1,6 +1,5 @@
 #include "console/message_table.h"
 
-#include <new>
 #include <string>
 
 #include "console/leave.h"
@@ -100,8 +99,7 @@ void read_resource() {
     print(fill("\nCannot find resource file <<%s>>\n", {RESOURCE_FILE}));
     quit();
   }
-  std::FILE* file = fdopen(descriptor, "r");
-  if (file == nullptr) throw std::bad_alloc();
+  std::FILE* file = stream_of(descriptor, "r");
   read_messages(file, r);
   std::fclose(file);
   rscok = true;

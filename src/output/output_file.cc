@@ -1,7 +1,5 @@
 #include "output/output_file.h"
 
-#include <new>
-
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
@@ -14,8 +12,7 @@ namespace morvane {
 output_file::output_file(std::string_view name) {
   const int descriptor = open_for_writing(std::string(name));
   if (descriptor < 0) leave_without_file(name);
-  file_ = fdopen(descriptor, "w");
-  if (file_ == nullptr) throw std::bad_alloc();
+  file_ = stream_of(descriptor, "w");
 }
 
 output_file::~output_file() {

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <new>
+
 namespace morvane {
 
 int open_for_reading(const std::string& path) {
@@ -21,6 +23,12 @@ int open_for_writing(const std::string& path) {
   constexpr mode_t AS_THE_MASK_ALLOWS = 0666;
   return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY,
               AS_THE_MASK_ALLOWS);
+}
+
+std::FILE* stream_of(int descriptor, const char* mode) {
+  std::FILE* stream = fdopen(descriptor, mode);
+  if (stream == nullptr) throw std::bad_alloc();
+  return stream;
 }
 
 bool is_same_file(const std::string& a, const std::string& b) {

@@ -25,8 +25,7 @@ constexpr std::string_view PLAIN_CHARACTERS =
 std::optional<std::string> read_file(const std::string& path) {
   const int descriptor = open_for_reading(path);
   if (descriptor < 0) return std::nullopt;
-  std::FILE* file = fdopen(descriptor, "r");
-  if (file == nullptr) throw std::bad_alloc();
+  std::FILE* file = stream_of(descriptor, "r");
   std::string content;
   std::array<char, 4096> block;
   while (const std::size_t count = std::fread(block.data(), 1, block.size(), file)) {
