@@ -18,9 +18,11 @@ using installation_order = std::array<product*, TABLE_SIZE>;
 // of products placed; where they are more than `order` holds, the surplus is left out.
 int get_inst_order(product_table& table, installation_order& order);
 
-// Places everything that `record` depends on, and then `record` itself, at the end of `placed`.
-// `path` is the chain of products from the starting one down to the one before `record`.
-void order_entry(product& record, std::vector<product*>& path, std::vector<product*>& placed);
+// Places everything that `record` depends on, and then `record` itself, in `order`, which holds the
+// first of the `count` products placed so far; what it has no room for is only counted. `path` is
+// the chain of products from the starting one down to the one before `record`.
+void order_entry(product& record, std::vector<product*>& path, installation_order& order,
+                 int& count);
 
 }  // namespace morvane
 

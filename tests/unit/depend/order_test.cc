@@ -175,6 +175,43 @@ TEST(Order, HoldsFiftyProductsAndDropsTheSurplus) {
   }
 }
 
+// Returns a table whose first half fills the order, as its products need themselves.
+void fill_with_selves(product_table& table) {
+  for (int i = 0; i < TABLE_SIZE; ++i) {
+    product& record = add_product(table, "p" + std::to_string(i), product_state::CONFIGURED);
+    if (i < TABLE_SIZE / 2) depend(record, record);
+  }
+}
+
+TEST(Order, WhatFindsNoPlaceIsFollowedAgainWhereverItIsNeeded) {
+  product_table table;
+  fill_with_selves(table);
+  // The ring of the last two is reported from each of three starting products, and from each of
+  // the two themselves.
+  depend(table[48], table[49]);
+  depend(table[49], table[48]);
+  for (const std::size_t i : {45U, 46U, 47U}) depend(table[i], table[48]);
+  const outcome seen = order_of(table);
+  std::string rings;
+  for (int i = 0; i < 25 + 3 + 2; ++i) rings += RING;
+  EXPECT_EQ(seen.err, rings);
+  EXPECT_TRUE(seen.result.ends_with(" p24 p24")) << seen.result;
+}
+
+TEST(Order, EndsWhereEverythingWithoutAPlaceNeedsEverythingElse) {
+  product_table table;
+  fill_with_selves(table);
+  for (std::size_t i = 25; i < table.size(); ++i) {
+    for (std::size_t target = 0; target < TARGETS; ++target) {
+      target_dep& last = add_target(table[i], "t");
+      for (std::size_t category = 0; category < CATEGORIES && i + 1 < table.size(); ++category) {
+        add_category(last, "C", &table[i + 1]);
+      }
+    }
+  }
+  EXPECT_TRUE(order_of(table).result.ends_with(" p24 p24"));
+}
+
 TEST(Order, AChainOfFiftyProductsFits) {
   product_table table;
   for (int i = 0; i < TABLE_SIZE; ++i) {
@@ -191,9 +228,12 @@ TEST(Order, AChainOfFiftyProductsFits) {
 TEST(Order, AnEntryIsPlacedBehindItsSuppliers) {
   three_products three;
   depend(three.x, three.y);
-  std::vector<product*> path, placed = {&three.z};
-  order_entry(three.x, path, placed);
-  EXPECT_EQ(placed, (std::vector<product*>{&three.z, &three.y, &three.x}));
+  std::vector<product*> path;
+  installation_order order = {&three.z};
+  int count = 1;
+  order_entry(three.x, path, order, count);
+  EXPECT_EQ(order, (installation_order{&three.z, &three.y, &three.x}));
+  EXPECT_EQ(count, 3);
   EXPECT_TRUE(path.empty());
 }
 
