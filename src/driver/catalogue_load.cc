@@ -5,10 +5,7 @@
 #include "catalogue/description_parser.h"
 #include "catalogue/listing.h"
 #include "catalogue/rescan.h"
-#include "console/message_format.h"
 #include "console/message_table.h"
-#include "platform/diagnostic.h"
-#include "version/version.h"
 
 namespace morvane {
 
@@ -29,16 +26,6 @@ bool load_archives(product_table& table) {
   return true;
 }
 
-// Makes the current directory the directory of an installed product, and tells where it does not
-// fit: make would work in another one.
-void put_current_directory(product& record) {
-  const std::string directory = current_directory();
-  record.path = directory;
-  if (directory.size() <= path_text::LONGEST) return;
-  diagnose(fill("%s : warning : directory '%s' is longer than %d bytes and is cut\n",
-                {PROGRAM_NAME, directory, static_cast<int>(path_text::LONGEST)}));
-}
-
 void load_installed_products(product_table& table) {
   const std::string directory(r[INSTALLED_PRODUCTS_DIRECTORY]);
   auto slot = static_cast<std::size_t>(get_next_free_product(table));
@@ -49,7 +36,7 @@ void load_installed_products(product_table& table) {
     }
     product& record = table[slot++];
     read_installed_product(directory, identifier_of(name, DESCRIPTION_ENDING), record);
-    put_current_directory(record);
+    record.path = current_directory();
   }
 }
 

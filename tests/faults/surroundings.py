@@ -315,20 +315,6 @@ def devices_in_the_place_of_files(program):
 
 
 @test
-def directory_that_is_cut(program):
-    with session.Stage(program) as stage:
-        deep = stage.root / ("d" * 100) / ("e" * 40)
-        deep.parent.mkdir()
-        stage.distribution.rename(deep)
-        stage.distribution.symlink_to(deep)
-        stage.set(PWD=deep)
-        ended = stage.play()
-        yield stage.problems(ended)
-        if f"directory '{deep}' is longer than 127 bytes and is cut".encode() not in stage.errors:
-            yield ["standard error does not tell"]
-
-
-@test
 def makefile_removed_before_the_last_answer(program):
     with session.Stage(program) as stage:
         *answers, last = stage.typed.splitlines(keepends=True)
