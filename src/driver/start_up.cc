@@ -31,8 +31,8 @@ void wait_for_answers() {
   if ((flags & O_NONBLOCK) != 0) fcntl(STDIN_FILENO, F_SETFL, flags & ~O_NONBLOCK);
 }
 
-// Undoes what the program may have inherited and its shell commands cannot work with.
-void free_commands() {
+// Undoes what the program may have been started with and its shell commands cannot work with.
+void reset_what_commands_inherit() {
   signal(SIGCHLD, SIG_DFL);   // ignored, it has every command fail
   unsetenv("CDPATH");         // a probe's "cd" could end up elsewhere and print where
   unsetenv("QUOTING_STYLE");  // "ls" could put names in quotes
@@ -53,7 +53,7 @@ void start_up() {
   wait_for_answers();
   // So that a file which cannot grow fails to be written, instead of ending the program half-way.
   signal(SIGXFSZ, SIG_IGN);
-  free_commands();
+  reset_what_commands_inherit();
   read_resource();
   if (!started_by_superuser()) warn_ordinary_user();
 }

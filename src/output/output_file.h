@@ -21,7 +21,7 @@ class output_file {
   bool write(std::string_view content);
 
  private:
-  std::FILE* file_;
+  std::FILE* file_ = nullptr;
 };
 
 // Tells the operator that the file `name` cannot be opened, and ends the program.
