@@ -8,7 +8,7 @@ namespace {
 
 using namespace morvane;
 
-constexpr std::size_t LONGEST_PADDING = 999;
+constexpr std::size_t LONGEST_PADDING = 4095;
 
 // Tells whether `format` is one text conversion whose every part the C library knows, too.
 bool is_plain_conversion(std::string_view format) {
@@ -16,7 +16,8 @@ bool is_plain_conversion(std::string_view format) {
   format = format.substr(1, format.size() - 2);
   if (format.starts_with('-')) format.remove_prefix(1);
   const auto skip_digits = [&] {
-    format.remove_prefix(std::min(format.find_first_not_of("0123456789"), format.size()));
+    // With four, a number could be larger than the formatter's bound.
+    format.remove_prefix(std::min({format.find_first_not_of("0123456789"), format.size(), 3UL}));
   };
   if (format.starts_with('0')) return false;  // a flag that means nothing for a text
   skip_digits();
@@ -37,7 +38,6 @@ void compare_with_library(const std::string& format, const std::string& value) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view rest = as_text(data, size);
   const std::string format(take_line(rest));
-  if (pads_widely(format)) return 0;
   const std::string first(take_line(rest));
   const std::string second(take_line(rest));
   const std::string third(rest);

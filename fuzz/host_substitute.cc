@@ -120,13 +120,6 @@ std::optional<std::string> first_line_of(const std::string&, std::size_t longest
   return std::string(until_nul(take_line(rest).substr(0, longest)));
 }
 
-std::string quote(std::string_view value) {
-  if (value.empty()) return "";
-  std::string quoted = "'";
-  for (const char c : value) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
-
 bool exists(std::string_view path) {
   return !path.empty() && host.paths.contains(absolute(path));
 }
@@ -139,8 +132,8 @@ std::string second_scratch_file() {
   return scratch_file() + "1";
 }
 
-bool create_scratch_file(const std::string&) {
-  return true;
+descriptor create_scratch_file(const std::string&) {
+  return open_for_reading("/dev/null");
 }
 
 std::optional<std::string> output_of(const std::string& command) {

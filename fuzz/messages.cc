@@ -1,4 +1,7 @@
 // The message loader: the input is a message file.
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 
@@ -13,8 +16,12 @@ using namespace morvane;
 constexpr std::size_t LONGEST_PIECE = 299;  // of a line, its newline included
 
 void load(std::string_view content, message_table& table) {
-  const memory_file file = open_memory(content);
-  read_messages(file.get(), table);
+  const int file = memfd_create("messages", MFD_CLOEXEC);
+  require(write(file, content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
+              lseek(file, 0, SEEK_SET) == 0,
+          "a file in memory can be written");
+  input_file messages{descriptor(file)};
+  read_messages(messages, table);
 }
 
 // Fills `named` with the numbers that stand at the start of a line; returns false where a line is

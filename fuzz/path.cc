@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/quoting.h"
 #include "platform/shell.h"
 #include "target.h"
 
@@ -31,7 +32,7 @@ std::string read_by_shell(std::string_view quoted) {
       word += quoted[i];
     } else {
       const bool plain = std::isalnum(static_cast<unsigned char>(quoted[i])) != 0 ||
-                         std::string_view("_./-+,@~^").find(quoted[i]) != std::string_view::npos;
+                         std::string_view("_./-+,@~").find(quoted[i]) != std::string_view::npos;
       require(in_quotes || plain, "what the shell interprets stands in quotes");
       require(in_quotes || i > 0 || quoted[i] != '~', "a leading ~ stands in quotes");
       word += quoted[i];
@@ -54,7 +55,7 @@ void check(std::string_view path) {
   require(special == holds_special_characters(normal), "slashes are not special");
   const bool expected = std::any_of(path.begin(), path.end(), [](char c) {
     const bool control = static_cast<unsigned char>(c) < 0x80 && c != '\0' && std::isgraph(c) == 0;
-    constexpr std::string_view INTERPRETED = "'\"\\$;&|<>()*?[]{}!#%:=`";
+    constexpr std::string_view INTERPRETED = "'\"\\$;&|<>()*?[]{}!#%:=`^";
     return control || INTERPRETED.find(c) != std::string_view::npos;
   });
   require(special == expected, "special are blanks, control characters, and what make interprets");

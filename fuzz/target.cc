@@ -28,19 +28,6 @@ std::string_view take_line(std::string_view& rest) {
   return line;
 }
 
-bool pads_widely(std::string_view format) {
-  bool in_conversion = false;
-  int digits = 0;
-  for (const char c : format) {
-    const bool digit = c >= '0' && c <= '9';
-    digits = digit ? digits + 1 : 0;
-    if (in_conversion && digits > 3) return true;
-    const bool goes_on = digit || std::string_view("-+ #.").find(c) != std::string_view::npos;
-    in_conversion = c == '%' || (in_conversion && goes_on);
-  }
-  return false;
-}
-
 memory_file open_memory(std::string_view content) {
   // A stream of no bytes needs an address all the same.
   void* bytes = const_cast<char*>(content.empty() ? "" : content.data());

@@ -27,11 +27,6 @@ inline std::string_view as_text(const std::uint8_t* data, std::size_t size) {
 // Takes the first line off `rest` and returns it without its newline.
 std::string_view take_line(std::string_view& rest);
 
-// Tells whether more than three digits stand in a row behind a "%" of `format`. Padding to any
-// width is what the formatter is for, and 2147483647 blanks are no fault of it: targets pass such
-// inputs over rather than run out of memory.
-bool pads_widely(std::string_view format);
-
 // A file in memory that is read.
 using memory_file = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 memory_file open_memory(std::string_view content);

@@ -1,6 +1,7 @@
 #include "catalogue/description_parser.h"
 
 #include <array>
+#include <cerrno>
 #include <string>
 
 #include "catalogue/description_keywords.h"
@@ -62,20 +63,20 @@ void report_misplaced(const description& d, const keyword& entry) {
 // Reads the entries of one description.
 class parser {
  public:
-  parser(description_stream& stream, const std::string& path, description& d)
-      : stream_(stream), path_(path), description_(d) {
+  parser(input_file& file, const std::string& path, description& d)
+      : file_(file), path_(path), description_(d) {
     for (std::size_t i = 0; i < texts_.size(); ++i) texts_[i] = r[KEYWORDS[i].number];
   }
 
   void read_entries() {
     for (;;) {
-      const int c = stream_.peek();
-      if (c == description_stream::END) return;
+      const int c = file_.peek();
+      if (c == input_file::END) return;
       if (c == '#') {
-        stream_.get();
-        stream_.skip_line(SKIPPED_LINE);
+        file_.get();
+        file_.skip_line(SKIPPED_LINE);
       } else if (is_white_space(c)) {
-        stream_.get();
+        file_.get();
       } else {
         read_entry();
       }
@@ -103,23 +104,23 @@ class parser {
   // line is skipped.
   void read_entry() {
     word_.clear();
-    while (is_keyword_character(stream_.peek())) word_ += static_cast<char>(stream_.get());
+    while (is_keyword_character(file_.peek())) word_ += static_cast<char>(file_.get());
     const keyword* entry = find_keyword();
     if (entry == nullptr) {
       diagnose(fill("%s : unkown keyword '%s' found in file '%s'\n", {PROGRAM_NAME, word_, path_}));
-      stream_.skip_line(SKIPPED_LINE);
+      file_.skip_line(SKIPPED_LINE);
       return;
     }
     if (is_open(description_, *entry)) {
-      getvar(stream_, value_, comment_);
+      getvar(file_, value_, comment_);
       entry->store(description_, value_);
       return;
     }
     report_misplaced(description_, *entry);
-    if (word_.empty()) stream_.skip_line(SKIPPED_LINE);
+    if (word_.empty()) file_.skip_line(SKIPPED_LINE);
   }
 
-  description_stream& stream_;
+  input_file& file_;
   const std::string& path_;
   description& description_;
   std::array<string_view, KEYWORD_COUNT> texts_;
@@ -128,17 +129,29 @@ class parser {
   std::string comment_;  // kept out of the value; nothing reads it
 };
 
+// Tells whether a file that could not be opened with `error` is not there, or cannot be.
+bool is_missing(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 }  // namespace
 
-void read_product(string_view directory, string_view identifier, product& record) {
+read_outcome read_product(string_view directory, string_view identifier, product& record) {
   init_product(record);
   record.id = identifier;
   const std::string path = fill("%s/%s.descr", {directory, identifier});
-  description_stream stream(path);
-  if (!stream.is_open()) return;
-  record.descr_avail = DESCRIBED;
-  description d{record, identifier};
-  parser(stream, path, d).read_entries();
+  input_file file(path);
+  if (file.is_open()) {
+    record.descr_avail = DESCRIBED;
+    description d{record, identifier};
+    parser(file, path, d).read_entries();
+  } else if (is_missing(file.error())) {
+    return read_outcome::MISSING;
+  }
+  if (file.error() == 0) return read_outcome::DONE;
+  diagnose(fill("%s : warning : description '%s' cannot be read\n", {PROGRAM_NAME, path}));
+  const bool nothing_read = !file.is_open() || file.error() == EISDIR;
+  return nothing_read ? read_outcome::IMPOSSIBLE : read_outcome::DONE;
 }
 
 }  // namespace morvane

@@ -8,11 +8,17 @@
 
 namespace morvane {
 
+enum class read_outcome {
+  DONE,        // to the end, or to an error behind which nothing is read
+  MISSING,     // there is no description
+  IMPOSSIBLE,  // there is one, and it cannot be opened, or it is a directory
+};
+
 // Fills `record` from the description "DIRECTORY/IDENTIFIER.descr": initialises it first, so that
 // afterwards its state is 0 and its `id` the identifier whatever happened. `descr_avail` is 0
 // exactly where the file could not be opened. Faulty entries are reported on standard error and
-// skipped.
-void read_product(std::string_view directory, std::string_view identifier, product& record);
+// skipped; so is that a description which is there cannot be read, or not to its end.
+read_outcome read_product(std::string_view directory, std::string_view identifier, product& record);
 
 }  // namespace morvane
 

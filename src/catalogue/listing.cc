@@ -1,13 +1,21 @@
 #include "catalogue/listing.h"
 
-#include <algorithm>
-#include <new>
+#include <dirent.h>
+#include <fnmatch.h>
+#include <sys/stat.h>
 
+#include <algorithm>
+#include <cerrno>
+
+#include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "platform/diagnostic.h"
 #include "platform/file.h"
+#include "platform/quoting.h"
 #include "platform/shell.h"
+#include "platform/trusted_path.h"
+#include "platform/words.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -21,38 +29,71 @@ namespace {
 bool same_directory(const std::string& directory, const std::string& candidate) {
   const std::string first = scratch_file();
   const std::string second = second_scratch_file();
-  if (!create_scratch_file(first) || !create_scratch_file(second)) return false;
+  if (!create_scratch_file(first).is_open() || !create_scratch_file(second).is_open()) return false;
   return run_command(fill("cd %s; ls -id 1> %s 2> /dev/null; cd %s; ls -id 1> %s 2> /dev/null; "
                           "diff %s %s 1> /dev/null 2> /dev/null",
                           {quote(directory), first, quote(candidate), second, first, second})) &&
          is_same_file(directory, candidate);
 }
 
-// Returns the lines of `listing`, without empty ones at its end.
-std::vector<std::string> split_lines(std::string_view listing) {
-  std::vector<std::string> lines;
-  while (!listing.empty()) {
-    const std::size_t length = std::min(listing.find('\n'), listing.size());
-    lines.emplace_back(listing.substr(0, length));
-    listing.remove_prefix(std::min(length + 1, listing.size()));
+// The entries of a directory that fit a pattern and are not directories themselves: what a listing
+// may name. The shell lists what it finds in a directory that fits, too, and the current directory
+// where it cannot enter the one it was told.
+struct directory_entries {
+  std::string directory;
+  std::string pattern;
+
+  // Returns the lines of `listing` that name such an entry.
+  file_names named_in(std::string_view listing) const {
+    file_names names;
+    for (const std::string_view line : split_words(listing, "\n")) {
+      const std::string name(line);
+      struct stat status;
+      if (fits(name.c_str()) && lstat(path_of(name).c_str(), &status) == 0 && !is_directory(name)) {
+        names.push_back(name);
+      }
+    }
+    return names;
   }
-  while (!lines.empty() && lines.back().empty()) lines.pop_back();
-  return lines;
-}
+
+  // Tells whether there is such an entry, as far as this user may know.
+  bool any() const {
+    DIR* opened = opendir(directory.c_str());
+    if (opened == nullptr) return errno != ENOENT && errno != ENOTDIR && errno != EACCES;
+    const dirent* entry;
+    do {
+      errno = 0;
+      entry = readdir(opened);
+    } while (entry != nullptr && (!fits(entry->d_name) || is_directory(entry->d_name)));
+    const bool found = entry != nullptr || errno != 0;
+    closedir(opened);
+    return found;
+  }
+
+ private:
+  std::string path_of(const std::string& name) const { return directory + "/" + name; }
+
+  bool fits(const char* name) const {
+    return fnmatch(pattern.c_str(), name, FNM_PERIOD | FNM_PATHNAME) == 0;
+  }
+
+  bool is_directory(const std::string& name) const {
+    struct stat status;
+    return stat(path_of(name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  }
+};
 
 }  // namespace
 
-std::vector<std::string> get_files(std::string_view directory, std::string_view pattern) {
-  if (!exists(directory)) return {};
+std::optional<file_names> get_files(std::string_view directory, std::string_view pattern) {
+  const directory_entries entries{std::string(directory), std::string(pattern)};
+  if (!exists(directory)) return file_names();
   const auto listing = output_of(
       fill("cd %s; ls %s 1> %s 2> /dev/null", {quote(directory), pattern, scratch_file()}));
-  if (!listing) return {};
-  try {
-    return split_lines(*listing);
-  } catch (const std::bad_alloc&) {
-    diagnose_exhausted_memory();
-    return {};
-  }
+  if (listing) return entries.named_in(*listing);
+  if (!entries.any()) return file_names();
+  diagnose(fill("%s : error : directory '%s' cannot be listed\n", {PROGRAM_NAME, directory}));
+  return std::nullopt;
 }
 
 std::optional<std::string> get_pwd() {
@@ -65,15 +106,20 @@ std::optional<std::string> get_pwd() {
   const std::size_t second_slash = directory->find('/', directory->find('/') + 1);
   if (second_slash == std::string::npos) return directory;
   const std::string candidate = directory->substr(second_slash);
-  return exists(candidate) && same_directory(*directory, candidate) ? candidate : directory;
+  const bool usable =
+      exists(candidate) && same_directory(*directory, candidate) && cannot_be_redirected(candidate);
+  return usable ? candidate : directory;
 }
 
 std::string current_directory() {
   const std::optional<std::string> directory = get_pwd();
-  if (!directory) {
-    diagnose(fill("%s : warning : failed to get current directory.\n", {PROGRAM_NAME}));
-  }
-  return directory.value_or("");
+  if (!directory) leave_without_current_directory();
+  return *directory;
+}
+
+void leave_without_current_directory() {
+  diagnose(fill("%s : error : failed to get current directory.\n", {PROGRAM_NAME}));
+  quit();
 }
 
 std::string installed_products_directory(std::string_view directory) {

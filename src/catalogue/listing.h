@@ -13,17 +13,23 @@ namespace morvane {
 inline constexpr std::string_view ARCHIVE_ENDING = ".tar";
 inline constexpr std::string_view DESCRIPTION_ENDING = ".descr";
 
-// Returns the names in `directory` that match the shell wildcard `pattern`, in the order of `ls`;
-// none where the directory does not exist or nothing matches.
-std::vector<std::string> get_files(std::string_view directory, std::string_view pattern);
+using file_names = std::vector<std::string>;
+
+// Returns the names in `directory` that match the shell wildcard `pattern`, in the order of `ls`,
+// but for those of directories; none where the directory does not exist or nothing matches. Nothing
+// where something matches and cannot be listed; standard error then says so.
+std::optional<file_names> get_files(std::string_view directory, std::string_view pattern);
 
 // Returns the current directory, without its first component (an automounter's mount prefix) where
-// the rest names the same directory; nothing where it cannot be obtained.
+// the rest names the same directory and no other user can change that; nothing where it cannot be
+// obtained.
 std::optional<std::string> get_pwd();
 
-// Returns the current directory as `get_pwd` does; an empty text where it cannot be obtained, and
-// standard error then says so.
+// Returns the current directory as `get_pwd` does; ends the program where it cannot be obtained.
 std::string current_directory();
+
+// Says on standard error that the current directory cannot be obtained, and ends the program.
+[[noreturn]] void leave_without_current_directory();
 
 // Returns the directory that holds the descriptions of the products installed in `directory`.
 std::string installed_products_directory(std::string_view directory);

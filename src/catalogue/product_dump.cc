@@ -18,10 +18,11 @@ void put(std::string_view format, std::initializer_list<argument> arguments) {
   print(fill(format, arguments));
 }
 
+// Returns as much of an address as an int holds.
 std::string address(const void* record) {
-  std::array<char, 2 * sizeof(std::uintptr_t)> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                 reinterpret_cast<std::uintptr_t>(record), 16);
+  const auto low = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(record));
+  std::array<char, 2 * sizeof(low)> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), low, 16);
   return std::string(digits.data(), end.ptr);
 }
 

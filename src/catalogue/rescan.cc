@@ -33,7 +33,7 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
   if (scanned_before) return slots;
 
   const std::string descriptions = installed_products_directory(path);
-  for (const std::string& name : get_files(descriptions, "*.descr")) {
+  for (const std::string& name : get_files(descriptions, "*.descr").value_or(file_names())) {
     const int slot = slots.first + slots.count;
     if (slot == TABLE_SIZE) {
       report_full_table();

@@ -26,11 +26,14 @@ std::size_t length_of(std::string_view text, std::string_view characters) {
   return std::min(text.find_first_not_of(characters), text.size());
 }
 
+// A message may ask for any width; what is beyond this would only exhaust the memory.
+constexpr int LARGEST_NUMBER = 4095;
+
 // Takes the digits off the start of `text` and returns their number, 0 where there are none.
 std::size_t take_number(std::string_view& text) {
   const std::string_view digits = text.substr(0, length_of(text, DIGITS));
   text.remove_prefix(digits.size());
-  return static_cast<std::size_t>(number_or_zero(digits));
+  return static_cast<std::size_t>(std::min(number_or_zero(digits), LARGEST_NUMBER));
 }
 
 // Returns the conversion at the start of `text`, which begins with `%`, or nothing where what

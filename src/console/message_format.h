@@ -34,8 +34,9 @@ class argument {
 };
 
 // Returns `format` with its conversions filled by `arguments` in order. A conversion is a `%`,
-// flags (`- + blank # 0`), a width, a precision and one of `d i u x X o c s`; every argument is a
-// text, so that all but `%c`, which takes the first byte, do what `%s` does, and of the flags only
+// flags (`- + blank # 0`), a width, a precision (4095 at most each) and one of `d i u x X o c s`;
+// every argument is a text, so that all but `%c`, which takes the first byte, do what `%s` does,
+// and of the flags only
 // `-` has an effect. A conversion without an argument is empty text, padded to its width; surplus
 // arguments are ignored; a conversion `%` prints a `%`. Any other `%` stands as it is, and what
 // follows it is read on as text.

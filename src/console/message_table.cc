@@ -5,8 +5,8 @@
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/printer.h"
-#include "platform/file.h"
 #include "platform/number.h"
+#include "platform/text.h"
 
 namespace morvane {
 
@@ -17,8 +17,8 @@ namespace {
 
 constexpr const char* RESOURCE_FILE = "./morvane.rsc";
 
-// A line is read in pieces of 299 bytes; each further piece counts as a line of its own.
-constexpr std::size_t LINE_BUFFER_SIZE = 300;
+// What is longer is read in pieces; each further piece counts as a line of its own.
+constexpr std::size_t LONGEST_PIECE = 299;
 
 constexpr std::size_t TEXT_COLUMN = 4;  // counted from 0; the column before it holds anything
 constexpr std::size_t LONGEST_LINE = TEXT_COLUMN + MESSAGE_SIZE;
@@ -83,25 +83,25 @@ void message_table::store(int number, std::string_view text) {
   slot[text.size()] = '\0';
 }
 
-void read_messages(std::FILE* file, message_table& table) {
+void read_messages(input_file& file, message_table& table) {
   for (int number = 0; number < MESSAGE_COUNT; ++number) {
     table.store(number, fill("No resource #%d!\n", {number}));
   }
-  std::array<char, LINE_BUFFER_SIZE> line;
-  while (std::fgets(line.data(), LINE_BUFFER_SIZE, file) != nullptr) {
-    read_line(line.data(), table);
+  std::string line;
+  while (file.peek() != input_file::END) {
+    line.clear();
+    file.read_line(LONGEST_PIECE, line);
+    read_line(until_nul(line), table);
   }
 }
 
 void read_resource() {
-  const int descriptor = open_for_reading(RESOURCE_FILE);
-  if (descriptor < 0) {
+  input_file file(RESOURCE_FILE);
+  if (!file.is_open()) {
     print(fill("\nCannot find resource file <<%s>>\n", {RESOURCE_FILE}));
     quit();
   }
-  std::FILE* file = stream_of(descriptor, "r");
   read_messages(file, r);
-  std::fclose(file);
   rscok = true;
 }
 

@@ -4,10 +4,10 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdio>
 #include <string_view>
 
 #include "console/message_numbers.h"
+#include "platform/input_file.h"
 
 namespace morvane {
 
@@ -42,8 +42,9 @@ void read_resource();
 
 // Fills `table` from the message file `file`: first every slot with a filler that names its number,
 // then the slots that the file defines. A line is a number at its start and a text from column
-// 5 on; every other line is skipped. Reading stops at the end or at an error.
-void read_messages(std::FILE* file, message_table& table);
+// 5 on; every other line is skipped. An error ends the file: what was read before it counts, an
+// unfinished line included.
+void read_messages(input_file& file, message_table& table);
 
 }  // namespace morvane
 

@@ -28,7 +28,7 @@ version_quadruple highest_described_version(std::string_view path, std::string_v
                                             std::optional<std::string_view> type) {
   version_quadruple highest;
   const std::string descriptions = installed_products_directory(path);
-  for (const std::string& name : get_files(descriptions, "*.descr")) {
+  for (const std::string& name : get_files(descriptions, "*.descr").value_or(file_names())) {
     product described;
     read_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), described);
     if (described.category != category || (type && described.type != *type)) continue;

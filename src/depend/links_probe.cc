@@ -4,6 +4,7 @@
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
+#include "platform/quoting.h"
 #include "platform/shell.h"
 
 namespace morvane {

@@ -2,16 +2,25 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
+#include "platform/diagnostic.h"
+#include "platform/file.h"
 #include "platform/identity.h"
 #include "platform/pause.h"
+#include "platform/signals.h"
+#include "version/version.h"
 
 namespace morvane {
 
@@ -31,12 +40,38 @@ void wait_for_answers() {
   if ((flags & O_NONBLOCK) != 0) fcntl(STDIN_FILENO, F_SETFL, flags & ~O_NONBLOCK);
 }
 
+// Returns the variables that hold functions which a shell would define: its commands could be
+// others.
+std::vector<std::string> exported_functions() {
+  std::vector<std::string> names;
+  for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+    const std::string_view setting(*variable);
+    if (setting.starts_with("BASH_FUNC_")) names.emplace_back(setting.substr(0, setting.find('=')));
+  }
+  return names;
+}
+
 // Undoes what the program may have been started with and its shell commands cannot work with.
 void reset_what_commands_inherit() {
   signal(SIGCHLD, SIG_DFL);   // ignored, it has every command fail
   unsetenv("CDPATH");         // a probe's "cd" could end up elsewhere and print where
   unsetenv("QUOTING_STYLE");  // "ls" could put names in quotes
-  unsetenv("SHELLOPTS");      // a shell could leave patterns as they stand, or run nothing
+  for (const char* name : {"SHELLOPTS", "BASHOPTS", "GLOBIGNORE"}) {
+    unsetenv(name);  // a shell could leave patterns as they stand, or run nothing
+  }
+  for (const char* name : {"ENV", "BASH_ENV"}) unsetenv(name);  // a shell could read a file first
+  for (const std::string& name : exported_functions()) unsetenv(name.c_str());
+}
+
+// Keeps other runs out of the current directory until this one ends: they would overwrite each
+// other's files. Goes on without a lock where there can be none.
+void lock_current_directory() {
+  static const descriptor directory(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!directory.is_open() || flock(directory.number(), LOCK_EX | LOCK_NB) == 0) return;
+  if (errno != EWOULDBLOCK) return;
+  diagnose(
+      fill("%s : error : another configurator is at work in this directory\n", {PROGRAM_NAME}));
+  quit();
 }
 
 void warn_ordinary_user() {
@@ -50,11 +85,13 @@ void warn_ordinary_user() {
 
 void start_up() {
   open_missing_descriptors();
+  handle_signals();
   wait_for_answers();
   // So that a file which cannot grow fails to be written, instead of ending the program half-way.
   signal(SIGXFSZ, SIG_IGN);
   reset_what_commands_inherit();
   read_resource();
+  lock_current_directory();
   if (!started_by_superuser()) warn_ordinary_user();
 }
 

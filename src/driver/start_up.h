@@ -5,7 +5,7 @@
 namespace morvane {
 
 // Makes the surroundings safe, loads the message table, and warns an operator who is not the
-// superuser. A missing message file ends the program.
+// superuser. A missing message file ends the program; so does another run in this directory.
 void start_up();
 
 }  // namespace morvane

@@ -1,8 +1,6 @@
 #include "host/board.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -10,6 +8,7 @@
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
+#include "platform/input_file.h"
 #include "platform/number.h"
 
 namespace morvane {
@@ -42,30 +41,30 @@ bool is_comment_start(int c) {
   return c == '#' || c == ' ' || c == '\t' || c == '\v' || c == '\r' || c == '\f';
 }
 
-// Takes the rest of the line, but no more than this: what is beyond counts as a line of its own.
-constexpr int SKIPPED_COMMENT = 999;
+// What is beyond counts as a line of its own.
+constexpr std::size_t SKIPPED_COMMENT = 999;
 
-void skip_comment(std::FILE* config) {
-  for (int taken = 0; taken < SKIPPED_COMMENT; ++taken) {
-    const int c = std::getc(config);
-    if (c == '\n' || c == EOF) return;
-  }
+// Takes a word off `file`, white space before it included.
+std::string take_word(input_file& file) {
+  std::string word;
+  const auto is_space = [&] {
+    return WHITE_SPACE.find(static_cast<char>(file.peek())) != std::string_view::npos;
+  };
+  while (file.peek() != input_file::END && is_space()) file.get();
+  while (file.peek() != input_file::END && !is_space()) word += static_cast<char>(file.get());
+  return word;
 }
 
 }  // namespace
 
 void read_board_type() {
-  std::FILE* config = std::fopen(trans_conf.c_str(), "r");
-  if (config == nullptr) return;
-  int c;
-  do {
-    c = std::getc(config);
-    if (is_comment_start(c)) skip_comment(config);
-  } while (c == '\n' || is_comment_start(c));
-  std::ungetc(c, config);
-  std::array<char, 10> board;
-  if (std::fscanf(config, "%*s %9s", board.data()) == 1) Board = board.data();
-  std::fclose(config);
+  input_file config(trans_conf.c_str());
+  while (config.peek() == '\n' || is_comment_start(config.peek())) {
+    if (config.get() != '\n') config.skip_line(SKIPPED_COMMENT);
+  }
+  take_word(config);
+  const std::string board = take_word(config);
+  if (!board.empty()) Board = board;
 }
 
 void get_board_bus_type() {

@@ -6,6 +6,7 @@
 #include "console/printer.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
+#include "platform/quoting.h"
 #include "platform/shell.h"
 
 namespace morvane {

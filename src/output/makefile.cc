@@ -1,7 +1,8 @@
 #include "output/makefile.h"
 
-#include <cstdio>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/listing.h"
@@ -19,7 +20,7 @@ namespace {
 constexpr std::string_view SEPARATOR =
     "\n#############################################################################\n\n";
 
-std::string file_head(const std::vector<const product*>& products) {
+std::string file_head(const std::vector<const product*>& products, std::string_view directory) {
   std::string text = generated_head();
   text += "#\n";
   text += fill("# This file was generated automatically by '%s'.\n", {PROGRAM_NAME});
@@ -31,7 +32,7 @@ std::string file_head(const std::vector<const product*>& products) {
   text += "INST_FILES\t=";
   for (const std::string_view file : INST_FILES) text += fill(" %s", {file});
   text += "\n";
-  text += fill("TAR_PATH\t= %s\n", {current_directory()});
+  text += fill("TAR_PATH\t= %s\n", {directory});
   text +=
       "\n"
       "\n"
@@ -53,6 +54,16 @@ std::string file_tail() {
       {SEPARATOR});
 }
 
+std::string compose(const std::vector<const product*>& products, std::string_view host_system,
+                    std::string_view directory) {
+  std::string content = file_head(products, directory);
+  for (const product* record : products) {
+    content += SEPARATOR;
+    content += product_rules(*record, host_system);
+  }
+  return content + file_tail();
+}
+
 }  // namespace
 
 void write_makefile(const installation_order& order) {
@@ -61,18 +72,16 @@ void write_makefile(const installation_order& order) {
     if (record != nullptr && !record->id.empty() && is_ordered(*record)) products.push_back(record);
   }
 
-  output_file file(MAKEFILE_NAME);
-  const std::string host_system = whichOS();
-  std::string content = file_head(products);
-  for (const product* record : products) {
-    content += SEPARATOR;
-    content += product_rules(*record, host_system);
+  bool written = false;
+  std::optional<std::string> directory;
+  {
+    output_file file(MAKEFILE_NAME, earlier_file::GOES);
+    const std::string host_system = whichOS();
+    directory = get_pwd();
+    if (directory) written = file.write(compose(products, host_system, *directory));
   }
-  content += file_tail();
-  if (!file.write(content)) {
-    std::remove(std::string(MAKEFILE_NAME).c_str());
-    leave_without_file(MAKEFILE_NAME);
-  }
+  if (!directory) leave_without_current_directory();
+  if (!written) leave_without_file(MAKEFILE_NAME);
 }
 
 }  // namespace morvane

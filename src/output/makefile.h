@@ -7,7 +7,8 @@
 namespace morvane {
 
 // Writes the makefile for the products of `order` into the current directory. A file that cannot be
-// opened or written in full ends the program; no half of it stays.
+// opened or written in full ends the program, and so does a current directory that cannot be
+// obtained; then no makefile stays, an earlier one neither.
 void write_makefile(const installation_order& order);
 
 }  // namespace morvane

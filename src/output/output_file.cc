@@ -1,29 +1,36 @@
 #include "output/output_file.h"
 
+#include <unistd.h>
+
 #include "console/leave.h"
 #include "console/message_format.h"
 #include "console/message_table.h"
 #include "console/printer.h"
-#include "platform/file.h"
+#include "platform/signals.h"
 #include "version/version.h"
 
 namespace morvane {
 
-output_file::output_file(std::string_view name) {
-  const int descriptor = open_for_writing(std::string(name));
-  if (descriptor < 0) leave_without_file(name);
-  file_ = stream_of(descriptor, "w");
+output_file::output_file(std::string_view name, earlier_file earlier)
+    : name_(name), earlier_(earlier) {
+  file_ = open_for_writing(name_, created_);
+  if (!file_.is_open()) leave_without_file(name);
+  if (created_) remove_on_signal(name_);
 }
 
 output_file::~output_file() {
-  if (file_ != nullptr) std::fclose(file_);
+  if (written_ || (!created_ && earlier_ == earlier_file::STAYS)) return;
+  unlink(name_.c_str());
+  keep_on_signal(name_);
 }
 
 bool output_file::write(std::string_view content) {
-  const bool written = std::fwrite(content.data(), 1, content.size(), file_) == content.size();
-  const bool closed = std::fclose(file_) == 0;
-  file_ = nullptr;
-  return written && closed;
+  const signals_held held;
+  const bool replaced = replace_content(file_, content);
+  written_ = file_.close() && replaced;
+  created_ = false;
+  keep_on_signal(name_);
+  return written_;
 }
 
 void leave_without_file(std::string_view name) {

@@ -2,26 +2,39 @@
 #ifndef MORVANE_OUTPUT_OUTPUT_FILE_H
 #define MORVANE_OUTPUT_OUTPUT_FILE_H
 
-#include <cstdio>
 #include <string>
 #include <string_view>
 
+#include "platform/file.h"
+
 namespace morvane {
+
+// What becomes of a file that lies there already where no new one comes about.
+enum class earlier_file { STAYS, GOES };
 
 class output_file {
  public:
-  // Creates the file `name` in the current directory, or empties an existing one, which keeps its
-  // mode and owner. Where that fails, says so and ends the program.
-  explicit output_file(std::string_view name);
+  // Opens the file `name` in the current directory, or creates it; an existing one keeps its mode
+  // and owner, and its content as long as nothing is written. Where that fails, says so and ends
+  // the program.
+  output_file(std::string_view name, earlier_file earlier);
+
+  // Removes a file that was created and never written, and, where an earlier file is to go, any
+  // that was not written in full.
   ~output_file();
   output_file(const output_file&) = delete;
   output_file& operator=(const output_file&) = delete;
 
-  // Writes `content` and closes the file. Returns whether all of it was written. Called once.
+  // Makes `content` the content of the file and closes it; no signal ends the program half-way.
+  // Returns whether all of it was written. Called once.
   bool write(std::string_view content);
 
  private:
-  std::FILE* file_ = nullptr;
+  std::string name_;
+  earlier_file earlier_;
+  bool created_ = false;  // and not written yet
+  bool written_ = false;
+  descriptor file_;
 };
 
 // Tells the operator that the file `name` cannot be opened, and ends the program.

@@ -1,5 +1,7 @@
 #include "output/product_rules.h"
 
+#include <unistd.h>
+
 #include <string>
 #include <utility>
 
@@ -10,6 +12,7 @@
 #include "output/settings_file.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
+#include "platform/quoting.h"
 #include "platform/shell.h"
 #include "version/version.h"
 
@@ -21,6 +24,11 @@ constexpr std::string_view CONTINUED = " \\\n\t\t";
 
 // The host system whose chown and chgrp have to be told not to follow links.
 constexpr std::string_view SYSTEM_WITH_LINK_OPTION = "SunOS5";
+
+// Returns `name`, or the number of its user or group where make or the shell would interpret it.
+std::string name_or_number(const std::string& name, unsigned number) {
+  return holds_special_characters(name) ? std::to_string(number) : name;
+}
 
 // The rules of one product, written one after the other.
 //
@@ -40,8 +48,8 @@ class rule_writer {
                {"group", std::string(record.group)},
                {"name", std::string(record.name)},
                {"shown name", std::string(product_name(record))},
-               {"old owner", old_owner},
-               {"old group", old_group},
+               {"old owner", name_or_number(old_owner, geteuid())},
+               {"old group", name_or_number(old_group, getegid())},
                {"chown", link_option ? "/usr/bin/chown -h" : "chown"},
                {"chgrp", link_option ? "/usr/bin/chgrp -h" : "chgrp"}};
   }

@@ -62,7 +62,7 @@ std::string dependency_lines(const product& record) {
 void write_dat_file(const product& record) {
   if (record.descr_avail == NO_DESCRIPTION) return;
   const std::string file_name = fill("%s%s", {record.id, SETTINGS_ENDING});
-  output_file file(file_name);
+  output_file file(file_name, earlier_file::STAYS);
   std::string content = generated_head();
   content += fill("HOST_OS = %s\n", {whichOS()});
   content += product_lines(record);

@@ -2,15 +2,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 
 #include "platform/diagnostic.h"
-#include "platform/file.h"
+#include "platform/signals.h"
 #include "platform/text.h"
 #include "version/version.h"
 
@@ -18,28 +17,24 @@ namespace morvane {
 
 namespace {
 
-// The characters that no shell interprets; a leading "~" is the exception.
-constexpr std::string_view PLAIN_CHARACTERS =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,@~^";
-
-std::optional<std::string> read_file(const std::string& path) {
-  const int descriptor = open_for_reading(path);
-  if (descriptor < 0) return std::nullopt;
-  std::FILE* file = stream_of(descriptor, "r");
-  std::string content;
-  std::array<char, 4096> block;
-  while (const std::size_t count = std::fread(block.data(), 1, block.size(), file)) {
-    content.append(block.data(), count);
+// An interrupt that has ended a command was meant for the program: it ends in the same way.
+// `status` is what the system says of the command.
+void pass_on_interrupt(int status) {
+  constexpr int ENDED_BY_SIGNAL = 128;  // what the shell adds to a signal's number
+  for (const int signal : {SIGINT, SIGQUIT}) {
+    const bool of_shell = WIFSIGNALED(status) && WTERMSIG(status) == signal;
+    const bool of_command = WIFEXITED(status) && WEXITSTATUS(status) == ENDED_BY_SIGNAL + signal;
+    if (of_shell || of_command) end_by_signal(signal);
   }
-  std::fclose(file);
-  return std::string(until_nul(content));
 }
 
 }  // namespace
 
 bool run_command(const std::string& command) {
   std::fflush(stdout);
-  return std::system(command.c_str()) == 0;
+  const int status = std::system(command.c_str());
+  pass_on_interrupt(status);
+  return status == 0;
 }
 
 std::optional<std::string> first_line_of(const std::string& command, std::size_t longest) {
@@ -51,23 +46,9 @@ std::optional<std::string> first_line_of(const std::string& command, std::size_t
   while (line.size() < longest && (c = std::getc(pipe)) != EOF && c != '\n') {
     line += static_cast<char>(c);
   }
-  pclose(pipe);
+  pass_on_interrupt(pclose(pipe));
   if (line.empty() && c == EOF) return std::nullopt;
   return std::string(until_nul(line));
-}
-
-std::string quote(std::string_view value) {
-  const bool plain = value.find_first_not_of(PLAIN_CHARACTERS) == std::string_view::npos;
-  if (plain && !value.starts_with('~')) return std::string(value);
-  std::string quoted = "'";
-  for (const char c : value) {
-    if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "'";
 }
 
 bool exists(std::string_view path) {
@@ -82,32 +63,32 @@ std::string second_scratch_file() {
   return scratch_file() + "1";
 }
 
-bool create_scratch_file(const std::string& path) {
+descriptor create_scratch_file(const std::string& path) {
+  constexpr int FLAGS = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  constexpr mode_t FOR_ITS_OWNER = S_IRUSR | S_IWUSR;
   unlink(path.c_str());
-  const int descriptor =
-      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  if (descriptor < 0) {
+  remove_on_signal(path);
+  descriptor file(open(path.c_str(), FLAGS, FOR_ITS_OWNER));
+  if (file.is_open()) {
+    fchmod(file.number(), FOR_ITS_OWNER);  // whatever the file-creation mask
+  } else {
+    keep_on_signal(path);
     diagnose(std::string(PROGRAM_NAME) + " : error : cannot create temporary file '" + path +
              "'\n");
-    return false;
   }
-  fchmod(descriptor, S_IRUSR | S_IWUSR);  // whatever the file-creation mask
-  close(descriptor);
-  return true;
+  return file;
 }
 
 std::optional<std::string> output_of(const std::string& command) {
-  const std::string file = scratch_file();
-  if (!create_scratch_file(file)) return std::nullopt;
+  const std::string path = scratch_file();
+  const descriptor file = create_scratch_file(path);
+  if (!file.is_open()) return std::nullopt;
   std::optional<std::string> output;
-  try {
-    if (run_command(command)) output = read_file(file);
-  } catch (const std::bad_alloc&) {
-    diagnose_exhausted_memory();
-    return std::nullopt;
-  }
-  run_command("'rm' -f " + file);
-  unlink(file.c_str());  // where that failed
+  if (run_command(command) && is_file_at(path, file)) output = read_rest(file);
+  run_command("'rm' -f " + path);
+  unlink(path.c_str());  // where that failed
+  keep_on_signal(path);
+  if (output) output->resize(until_nul(*output).size());
   return output;
 }
 

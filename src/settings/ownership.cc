@@ -11,6 +11,7 @@
 #include "host/rights.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
+#include "platform/quoting.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -57,8 +58,19 @@ void print_info(const long_text& info) {
   print("\n");
 }
 
-bool is_known(const ownership_question& about, std::string_view name) {
-  return name.size() <= name_text::LONGEST && about.known(name);
+// Tells whether the host knows `name` and it can stand in the makefile.
+bool is_usable(const ownership_question& about, std::string_view name) {
+  return about.known(name) && name.size() <= name_text::LONGEST && !holds_special_characters(name);
+}
+
+// As `is_usable`; a name that the host knows is not refused without a word.
+bool is_usable_answer(const ownership_question& about, std::string_view name) {
+  if (about.known(name) && holds_special_characters(name)) {
+    diagnose(
+        fill("%s : error : name '%s' holds characters that make or the shell would interpret\n",
+             {PROGRAM_NAME, name}));
+  }
+  return is_usable(about, name);
 }
 
 // Asks for an owner or a group until the answer is known and the operator may give files to it.
@@ -66,7 +78,7 @@ bool is_known(const ownership_question& about, std::string_view name) {
 // never accepted.
 std::string ask_for_name(const ownership_question& about, std::string_view shown_product,
                          std::string_view proposal) {
-  const bool has_default = about.known(proposal);
+  const bool has_default = is_usable(about, proposal);
   for (;;) {
     if (has_default) {
       print(fill("%s '%s' (%s) : ", {r[about.question], shown_product, proposal}));
@@ -75,7 +87,7 @@ std::string ask_for_name(const ownership_question& about, std::string_view shown
     }
     std::optional<std::string> answer = ask_string();
     if (!answer && has_default) answer = proposal;
-    if (answer && !is_known(about, *answer)) {
+    if (answer && !is_usable_answer(about, *answer)) {
       print(fill("%s '%s' !\n", {r[about.unknown_name], answer}));
     } else if (about.allowed(answer.value_or("")) && answer) {
       return *answer;

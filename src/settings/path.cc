@@ -10,6 +10,7 @@
 #include "console/printer.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
+#include "platform/quoting.h"
 #include "platform/shell.h"
 #include "version/version.h"
 
@@ -73,6 +74,7 @@ void handle_missing(const std::string& path, bool offer_to_create) {
     return;
   }
   if (!choose_y_or_n(fill("%s '%s'   %s ", {r[PATH_MISSING], path, r[CREATE_DIRECTORY]}))) return;
+  if (exists(path)) return;  // somebody has created it meanwhile: it is theirs
   const std::string word = quote(path);
   if (!run_command(fill("mkdir -p %s; chmod 755 %s", {word, word}))) {
     print(fill("%s '%s'.\n", {r[PATH_FAILED], path}));
@@ -108,14 +110,6 @@ std::string normalise_path(std::string_view path) {
   }
   if (result.size() > 1 && result.ends_with('/')) result.pop_back();
   return result;
-}
-
-bool holds_special_characters(std::string_view path) {
-  static constexpr std::string_view SPECIAL = "'\"\\$;&|<>()*?[]{}!#%:=`\177";
-  return std::ranges::any_of(path, [](char c) {
-    const bool control_or_blank = c >= '\1' && c <= ' ';
-    return control_or_blank || SPECIAL.find(c) != std::string_view::npos;
-  });
 }
 
 chosen_path get_valid_path(std::string_view question, std::string_view proposal,

@@ -34,9 +34,6 @@ void get_product_path(product* record);
 // Returns `path` without repeated slashes and, but for "/" itself, without slashes at its end.
 std::string normalise_path(std::string_view path);
 
-// Tells whether `path` holds characters that make or the shell would interpret.
-bool holds_special_characters(std::string_view path);
-
 }  // namespace morvane
 
 #endif  // MORVANE_SETTINGS_PATH_H

@@ -1,6 +1,11 @@
 #include "catalogue/description_parser.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
 
 #include "catalogue/description_keywords.h"
 #include "support/descriptions.h"
@@ -134,6 +139,66 @@ TEST_F(Description, ThatCannotBeOpenedLeavesAnInitialisedRecord) {
   EXPECT_EQ(seen.record.install, product_state::INITIALISED);
   EXPECT_EQ(seen.record.id, "x");
   EXPECT_EQ(all_fields(seen.record), all_fields(product()));
+}
+
+// Reads "./x.descr", which lies there already; what is returned stands before the report.
+std::string read_existing() {
+  product record;
+  testing::internal::CaptureStderr();
+  const read_outcome outcome = read_product(".", "x", record);
+  const std::string told = testing::internal::GetCapturedStderr();
+  const char* const names[] = {"done", "missing", "impossible"};
+  return std::string(names[static_cast<int>(outcome)]) + " " + std::string(record.name) +
+         std::to_string(record.descr_avail) + "\n" + told;
+}
+
+const std::string CANNOT_BE_READ = "morvane : warning : description './x.descr' cannot be read\n";
+
+TEST_F(Description, ThatIsNotThereOrCannotBeIsSilent) {
+  const scratch_directory here;
+  EXPECT_EQ(read_existing(), "missing 0\n");
+  std::filesystem::create_symlink("nowhere", "x.descr");
+  EXPECT_EQ(read_existing(), "missing 0\n");
+  product record;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(read_product("x.descr/below", "y", record), read_outcome::MISSING);
+  EXPECT_EQ(read_product(".", std::string(300, 'y'), record), read_outcome::MISSING);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(Description, ThatIsThereAndCannotBeOpenedIsToldOf) {
+  const scratch_directory here;
+  for (const char* target : {"x.descr", "/dev/zero"}) {
+    std::filesystem::create_symlink(target, "x.descr");
+    EXPECT_EQ(read_existing(), "impossible 0\n" + CANNOT_BE_READ) << target;
+    std::filesystem::remove("x.descr");
+  }
+  if (geteuid() == 0) return;  // who may read everything
+  write_file("x.descr", "Name = n\n");
+  std::filesystem::permissions("x.descr", std::filesystem::perms::none);
+  EXPECT_EQ(read_existing(), "impossible 0\n" + CANNOT_BE_READ);
+}
+
+TEST_F(Description, ThatIsADirectoryCannotBeRead) {
+  const scratch_directory here;
+  std::filesystem::create_directory("x.descr");
+  EXPECT_EQ(read_existing(), "impossible 2\n" + CANNOT_BE_READ);
+}
+
+TEST_F(Description, OfTheNullDeviceIsEmpty) {
+  const scratch_directory here;
+  std::filesystem::create_symlink("/dev/null", "x.descr");
+  EXPECT_EQ(read_existing(), "done 2\n");
+}
+
+TEST_F(Description, CountsUpToAnErrorInReading) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("x.descr", 0600), 0);
+  // A pipe whose writer has written and not closed: behind its bytes, reading fails.
+  const int pipe_end = open("x.descr", O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(write(pipe_end, "Name = first", 12), 12);
+  EXPECT_EQ(read_existing(), "done first2\n" + CANNOT_BE_READ);
+  close(pipe_end);
 }
 
 TEST_F(Description, NothingOfAnEarlierRecordIsLeft) {

@@ -1,16 +1,11 @@
 #include "catalogue/description_reader.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <limits>
 
 #include "support/child.h"
 
 namespace morvane {
 namespace {
-
-constexpr std::size_t NO_LIMIT = std::numeric_limits<std::size_t>::max();
 
 constexpr const char* TOO_LONG = "morvane : warning : read line to long (max=1024)\n";
 constexpr const char* ONE_QUOTE = "morvane : warning : read line contains only one '\"'\n";
@@ -18,13 +13,13 @@ constexpr const char* ONE_QUOTE = "morvane : warning : read line contains only o
 struct entry {
   std::string value = "left over";
   std::string comment = "left over";
-  std::string rest;  // what the stream holds behind the entry
+  std::string rest;  // what the file holds behind the entry
   std::string errors;
 };
 
-std::string rest_of(description_stream& stream) {
+std::string rest_of(input_file& file) {
   std::string rest;
-  for (int c; (c = stream.get()) != description_stream::END;) rest += static_cast<char>(c);
+  for (int c; (c = file.get()) != input_file::END;) rest += static_cast<char>(c);
   return rest;
 }
 
@@ -32,12 +27,12 @@ std::string rest_of(description_stream& stream) {
 entry read_entry(std::string_view content) {
   const scratch_directory here;
   write_file("entry", content);
-  description_stream stream("entry");
+  input_file file("entry");
   entry seen;
   testing::internal::CaptureStderr();
-  getvar(stream, seen.value, seen.comment);
+  getvar(file, seen.value, seen.comment);
   seen.errors = testing::internal::GetCapturedStderr();
-  seen.rest = rest_of(stream);
+  seen.rest = rest_of(file);
   return seen;
 }
 
@@ -61,14 +56,6 @@ void expect_entries(std::initializer_list<row> rows) {
 
 std::string of(std::size_t count, char c) {
   return std::string(count, c);
-}
-
-TEST(DescriptionStream, ANamedPipeReadsAsAnEmptyFile) {
-  const scratch_directory here;
-  ASSERT_EQ(mkfifo("pipe", 0600), 0);
-  description_stream stream("pipe");
-  EXPECT_TRUE(stream.is_open());
-  EXPECT_EQ(stream.get(), description_stream::END);
 }
 
 TEST(Value, AWordEndsAtWhiteSpace) {
@@ -207,56 +194,9 @@ TEST(LongValue, ACommentIsReadUpTo1025Characters) {
   EXPECT_EQ(read_entry("= Foo #" + of(1025, 'c') + "\nNext").comment, "#" + of(1025, 'c'));
 }
 
-TEST(DescriptionStream, OfAMissingFileIsNotOpen) {
-  EXPECT_FALSE(description_stream("/nonexistent/file").is_open());
-}
-
-TEST(DescriptionStream, GivesEveryByteAndThenTheEnd) {
-  const scratch_directory here;
-  write_file("bytes", std::string_view("a\0\377", 3));
-  description_stream stream("bytes");
-  ASSERT_TRUE(stream.is_open());
-  EXPECT_EQ(stream.peek(), 'a');
-  EXPECT_EQ(stream.get(), 'a');
-  EXPECT_EQ(stream.get(), 0);
-  EXPECT_EQ(stream.get(), 255);
-  EXPECT_EQ(stream.peek(), description_stream::END);
-  EXPECT_EQ(stream.get(), description_stream::END);
-  EXPECT_EQ(stream.get(), description_stream::END);
-}
-
-TEST(DescriptionStream, ReadsALineUpToItsLimit) {
-  const scratch_directory here;
-  write_file("lines", "abc\ndefgh\nlast");
-  description_stream stream("lines");
-  std::string line = ">";
-  stream.read_line(4, line);
-  EXPECT_EQ(line, ">abc\n");
-  stream.read_line(2, line);
-  EXPECT_EQ(line, ">abc\nde");
-  stream.read_line(0, line);
-  stream.skip_line(2);
-  EXPECT_EQ(rest_of(stream), "h\nlast");
-}
-
-TEST(DescriptionStream, ReadsOnFromBlockToBlock) {
-  const scratch_directory here;
-  const std::string content = of(65530, ' ') + of(65600, 'x') + "\n" + of(65536, ' ') + "end";
-  write_file("blocks", content);
-  description_stream whole("blocks");
-  EXPECT_EQ(rest_of(whole), content);
-  description_stream stream("blocks");
-  stream.skip_blanks();
-  std::string line;
-  stream.read_line(NO_LIMIT, line);
-  EXPECT_EQ(line, of(65600, 'x') + "\n");
-  stream.skip_blanks();
-  EXPECT_EQ(rest_of(stream), "end");
-}
-
 TEST(WhiteSpace, IsSixCharacters) {
   std::string found;
-  for (int c = description_stream::END; c < 256; ++c) {
+  for (int c = input_file::END; c < 256; ++c) {
     if (is_white_space(c)) found += static_cast<char>(c);
   }
   EXPECT_EQ(found, "\t\n\v\f\r ");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -23,9 +24,10 @@ std::string with_left_files(std::string result) {
   return result;
 }
 
-std::string line_of(const names& found) {
-  std::string line = std::to_string(found.size()) + ":";
-  for (const std::string& name : found) line += " " + name;
+std::string line_of(const std::optional<names>& found) {
+  if (!found) return "cannot be listed";
+  std::string line = std::to_string(found->size()) + ":";
+  for (const std::string& name : *found) line += " " + name;
   return line;
 }
 
@@ -55,7 +57,7 @@ outcome list_with_little_memory(std::string pattern) {
     try {
       return with_left_files(line_of(get_files(".", pattern)));
     } catch (const std::bad_alloc&) {
-      return std::string("nobody reports it");
+      return with_left_files("memory is exhausted");
     }
   });
 }
@@ -96,21 +98,59 @@ TEST(Listing, QuotesTheDirectoryButNotThePattern) {
   }
 }
 
-TEST(Listing, OfAMatchingDirectoryIsWhatLsShows) {
+TEST(Listing, NamesWhatLiesThereAndIsNoDirectory) {
   const scratch_directory here;
   fs::create_directory("b.tar");
   EXPECT_EQ(get_files(".", "*.tar"), names());
   write_file("b.tar/inside", "");
-  EXPECT_EQ(get_files(".", "*.tar"), names{"inside"});
+  write_file("b.tar/inside.tar", "");
+  EXPECT_EQ(get_files(".", "*.tar"), names());
   write_file("a.tar", "");
-  EXPECT_EQ(get_files(".", "*.tar"), (names{"a.tar", "", "b.tar:", "inside"}));
+  EXPECT_EQ(get_files(".", "*.tar"), names{"a.tar"});
+  fs::create_directory_symlink("b.tar", "c.tar");
+  fs::create_symlink("nowhere", "d.tar");
+  mkfifo("e.tar", 0600);
+  EXPECT_EQ(get_files(".", "*.tar"), (names{"a.tar", "d.tar", "e.tar"}));
 }
 
-TEST(Listing, OfADirectoryThatCannotBeEnteredIsThatOfTheCurrentOne) {
+TEST(Listing, NamesNothingInParts) {
+  const scratch_directory here;
+  write_file("two\nlines.tar", "");
+  EXPECT_EQ(get_files(".", "*.tar"), names());
+  write_file("lines.tar", "");
+  EXPECT_EQ(get_files(".", "*.tar"), (names{"lines.tar", "lines.tar"}));
+}
+
+TEST(Listing, OfAFileIsNotThatOfTheCurrentDirectory) {
   const scratch_directory here;
   write_file("a.tar", "");
   write_file("file", "");
-  EXPECT_EQ(list("file", "*.tar").result, "1: a.tar");
+  EXPECT_EQ(list("file", "*.tar").result, "0:");
+}
+
+std::string cannot_be_listed(const std::string& directory) {
+  return "morvane : error : directory '" + directory + "' cannot be listed\n";
+}
+
+TEST(Listing, ThatFailsIsAnErrorWhereSomethingMatches) {
+  const scratch_directory here;
+  write_file("d/-z.tar", "");
+  write_file("d/a.tar", "");
+  const outcome failed = list("d", "*.tar");
+  EXPECT_EQ(failed.result, "cannot be listed");
+  EXPECT_EQ(failed.err, cannot_be_listed("d"));
+  const outcome without_match = list("d", "*.descr");
+  EXPECT_EQ(without_match.result, "0:");
+  EXPECT_EQ(without_match.written(), "");
+}
+
+TEST(Listing, ThatFailsOverADirectoryAloneIsEmpty) {
+  const scratch_directory here;
+  fs::create_directory("-z.tar");
+  write_file(".hidden.tar", "");
+  const outcome seen = list(".", "*.tar");
+  EXPECT_EQ(seen.result, "0:");
+  EXPECT_EQ(seen.written(), "");
 }
 
 TEST(Listing, FailsWithoutItsScratchFile) {
@@ -118,35 +158,46 @@ TEST(Listing, FailsWithoutItsScratchFile) {
   write_file("a.tar", "");
   const outcome seen = in_child("", [] {
     fs::create_directory(scratch_file());
-    const std::size_t found = get_files(".", "*.tar").size();
+    const bool listed = get_files(".", "*.tar").has_value();
     const bool directory = get_pwd().has_value();
     fs::remove(scratch_file());
-    return std::to_string(found) + std::to_string(directory) + scratch_file();
+    return std::to_string(listed) + std::to_string(directory) + scratch_file();
   });
   const std::string report =
       "morvane : error : cannot create temporary file '" + seen.result.substr(2) + "'\n";
   EXPECT_EQ(seen.result.substr(0, 2), "00");
-  EXPECT_EQ(seen.err, report + report);
+  EXPECT_EQ(seen.err, report + cannot_be_listed(".") + report);
 }
 
-TEST(Listing, ThatMemoryCannotHoldIsReportedAndLeft) {
+TEST(Listing, ThatSomebodyElseWroteIsNotBelieved) {
+  const scratch_directory here;
+  write_file("a.tar", "");
+  const outcome seen = in_child("", [&] {
+    setenv("PATH", (here.path() + "/tools:" + getenv("PATH")).c_str(), 1);
+    write_file("tools/ls", "#!/bin/sh\nf=" + scratch_file() + "\n'rm' -f $f\necho a.tar > $f\n");
+    fs::permissions("tools/ls", fs::perms(0755));
+    return with_left_files(line_of(get_files(".", "*.tar")));
+  });
+  EXPECT_EQ(seen.result, "cannot be listed");
+  EXPECT_EQ(seen.err, cannot_be_listed("."));
+}
+
+TEST(Listing, ThatMemoryCannotHoldEndsTheRunAndIsLeft) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the address sanitizer does not run in limited memory";
 #endif
   const scratch_directory here;
-  const outcome read = list_with_little_memory("> /dev/null; truncate -s 1G FILE #");
-  EXPECT_EQ(read.result, "0:, first left");
-  EXPECT_EQ(read.err, "morvane: failed to allocate memory");
+  EXPECT_EQ(list_with_little_memory("> /dev/null; truncate -s 1G FILE #").result,
+            "memory is exhausted, first left");
 }
 
-TEST(Listing, OfMoreNamesThanMemoryCanHoldIsReported) {
+TEST(Listing, OfMoreNamesThanMemoryCanHoldEndsTheRun) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the address sanitizer does not run in limited memory";
 #endif
   const scratch_directory here;
-  const outcome split = list_with_little_memory("> /dev/null; yes | head -c 20000000");
-  EXPECT_TRUE(split.result.starts_with("0:")) << split.result;
-  EXPECT_EQ(split.err, "morvane: failed to allocate memory");
+  EXPECT_EQ(list_with_little_memory("> /dev/null; yes | head -c 20000000").result,
+            "memory is exhausted");
 }
 
 TEST(CurrentDirectory, IsWholeWhereItsRestDoesNotExist) {
@@ -205,6 +256,18 @@ TEST(CurrentDirectory, LosesItsFirstComponentAtAnyDepth) {
   EXPECT_EQ(seen.result, here.path() + "/b c/d");
 }
 
+TEST(CurrentDirectory, IsWholeWhereOthersCouldTurnItsRest) {
+  const scratch_directory here;
+  fs::create_directories("b/c");
+  chmod("b", 0777);
+  const outcome seen = in_child("", [&] {
+    fs::current_path("b/c");
+    setenv("PWD", ("/" + here.path() + "/b/c").c_str(), 1);
+    return get_pwd().value_or("(nothing)");
+  });
+  EXPECT_EQ(seen.result, "/" + here.path() + "/b/c");
+}
+
 TEST(CurrentDirectory, OfOneComponentIsWhole) {
   EXPECT_EQ(pwd_in("/").result, "/");
   const std::string directory = fs::canonical("/tmp").string();
@@ -222,6 +285,24 @@ TEST(CurrentDirectory, ThatWasRemovedIsNeverMadeUp) {
     return with_left_files("[" + get_pwd().value_or("") + "]");
   });
   EXPECT_EQ(seen.result, "[]");
+}
+
+TEST(CurrentDirectory, ThatCannotBeHadEndsTheProgram) {
+  use_test_messages();
+  const scratch_directory here;
+  const outcome seen = in_child("", [&] {
+    fs::create_directory("gone");
+    fs::current_path("gone");
+    fs::remove(here.path() + "/gone");
+    unsetenv("PWD");
+    return current_directory();
+  });
+  EXPECT_FALSE(seen.returned);
+  EXPECT_EQ(seen.status, 1);
+  EXPECT_EQ(seen.out, "<299>");
+  // The shell has its say first.
+  EXPECT_TRUE(seen.err.ends_with("morvane : error : failed to get current directory.\n"))
+      << seen.err;
 }
 
 TEST(InstalledProducts, LieInTheDirectoryThatAMessageNames) {

@@ -22,7 +22,7 @@ std::string dump(const product& record) {
 
 std::string address(const void* record) {
   std::ostringstream digits;
-  digits << std::hex << reinterpret_cast<std::uintptr_t>(record);
+  digits << std::hex << static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(record));
   return digits.str();
 }
 

@@ -51,6 +51,19 @@ TEST(Format, ACharacterConversionTakesTheFirstByte) {
   });
 }
 
+TEST(Format, TheLargestWidthAndPrecisionAre4095) {
+  const std::string value(5000, 'v');
+  EXPECT_EQ(fill("%4094s", {"v"}).size(), 4094U);
+  EXPECT_EQ(fill("%4095s", {"v"}).size(), 4095U);
+  EXPECT_EQ(fill("%4096s", {"v"}).size(), 4095U);
+  EXPECT_EQ(fill("%-2147483647s", {"v"}).size(), 4095U);
+  EXPECT_EQ(fill("%99999999999999999999d", {1}).size(), 4095U);
+  EXPECT_EQ(fill("%.4094s", {value}).size(), 4094U);
+  EXPECT_EQ(fill("%.4095s", {value}).size(), 4095U);
+  EXPECT_EQ(fill("%.4096s", {value}).size(), 4095U);
+  EXPECT_EQ(fill("%s", {value}).size(), 5000U);
+}
+
 TEST(Format, WidthPadsAndPrecisionCuts) {
   expect_fillings({
       {"%2s|", "abc|"},

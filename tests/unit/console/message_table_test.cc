@@ -1,6 +1,9 @@
 #include "console/message_table.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -15,11 +18,10 @@ namespace {
 // Returns the table that a message file with `content` gives.
 std::unique_ptr<message_table> load(std::string_view content) {
   auto table = std::make_unique<message_table>();
-  std::FILE* file = std::tmpfile();
-  std::fwrite(content.data(), 1, content.size(), file);
-  std::rewind(file);
+  const scratch_directory here;
+  write_file("messages", content);
+  input_file file("messages");
   read_messages(file, *table);
-  std::fclose(file);
   return table;
 }
 
@@ -223,6 +225,27 @@ TEST(Resource, AWideRulerMakesTheScreenAsWideAsItReads) {
     return std::to_string(screen_width());
   });
   EXPECT_EQ(seen.result, "155");
+}
+
+TEST(MessageFile, CountsUpToAnErrorInReading) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("messages", 0600), 0);
+  // A pipe whose writer has written and not closed: behind its bytes, reading fails.
+  const int pipe_end = open("messages", O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(write(pipe_end, "020 whole\n021 unfin", 19), 19);
+  auto table = std::make_unique<message_table>();
+  input_file file("messages");
+  read_messages(file, *table);
+  close(pipe_end);
+  EXPECT_EQ((*table)[20], "whole");
+  EXPECT_EQ((*table)[21], "unfin");
+  EXPECT_EQ((*table)[22], filler(22));
+}
+
+TEST(MessageFile, OfTheNullDeviceIsEmpty) {
+  const scratch_directory here;
+  std::filesystem::create_symlink("/dev/null", "morvane.rsc");
+  EXPECT_EQ(load_resource(20).result, "1 " + filler(20));
 }
 
 }  // namespace

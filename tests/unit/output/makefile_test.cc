@@ -1,5 +1,6 @@
 #include "output/makefile.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -7,6 +8,26 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+
+namespace {
+
+// What the host calls every user and group looked up by number; null: by their own names.
+char* name_of_all = nullptr;
+
+}  // namespace
+
+// Stand in for the library's functions in this program, so that the tests can rename who runs it.
+extern "C" passwd* getpwuid(uid_t id) {
+  passwd* entry = reinterpret_cast<decltype(&getpwuid)>(dlsym(RTLD_NEXT, "getpwuid"))(id);
+  if (entry != nullptr && name_of_all != nullptr) entry->pw_name = name_of_all;
+  return entry;
+}
+
+extern "C" group* getgrgid(gid_t id) {
+  group* entry = reinterpret_cast<decltype(&getgrgid)>(dlsym(RTLD_NEXT, "getgrgid"))(id);
+  if (entry != nullptr && name_of_all != nullptr) entry->gr_name = name_of_all;
+  return entry;
+}
 
 namespace morvane {
 namespace {
@@ -413,6 +434,20 @@ TEST(Makefile, ADescribedProductHandsNothingOn) {
   EXPECT_TRUE(contains(text, "app: app-message app-new app-dat-file \\\n\t\tapp-succeeded\n"));
 }
 
+TEST(Makefile, NamesAnOldOwnerByNumberWhereMakeWouldInterpretTheName) {
+  distribution d;
+  char special[] = "ro$ot";
+  name_of_all = special;
+  const std::string text = d.written();
+  name_of_all = nullptr;
+  const std::string user = std::to_string(geteuid());
+  const std::string group = std::to_string(getegid());
+  EXPECT_TRUE(contains(text, " for all files with group '" + group + "'\""));
+  EXPECT_TRUE(contains(text, "find . -group " + group + " -exec"));
+  EXPECT_EQ(contains(text, "find . -user " + user + " -exec"), is_superuser());
+  EXPECT_FALSE(contains(text, "ro$ot"));
+}
+
 TEST(Makefile, FollowsLinksOnOtherSystems) {
   distribution d;
   for (const char* host : {"SunOS 4.1.3", "SunOS 51", "Linux 6.1", ""}) {
@@ -494,18 +529,26 @@ TEST(Makefile, TakesNamesAsTheyStand) {
   EXPECT_FALSE(std::filesystem::exists("evil"));
 }
 
-TEST(Makefile, HasNoDirectoryWhereItCannotBeObtained) {
+TEST(Makefile, WithoutTheCurrentDirectoryThereIsNone) {
   const distribution d;
-  const outcome seen = in_child("", [] {
-    const std::string occupied = "/tmp/" + std::to_string(getpid()) + ".tmp";
-    std::filesystem::create_directory(occupied);
-    write_makefile({});
+  for (const bool earlier : {false, true}) {
+    if (earlier) write_file("install.mk", "of an earlier run");
+    const outcome seen = in_child("", [] {
+      const std::string occupied = "/tmp/" + std::to_string(getpid()) + ".tmp";
+      std::filesystem::create_directory(occupied);
+      write_file("occupied", occupied);
+      write_makefile({});
+      return "";
+    });
+    const std::string occupied = read_file("occupied");
     std::filesystem::remove(occupied);
-    return occupied;
-  });
-  EXPECT_EQ(read_file("install.mk"), head_of("", "") + TAIL);
-  EXPECT_EQ(seen.err, "morvane : error : cannot create temporary file '" + seen.result +
-                          "'\nmorvane : warning : failed to get current directory.\n");
+    EXPECT_FALSE(seen.returned);
+    EXPECT_EQ(seen.status, 1);
+    EXPECT_EQ(seen.out, "<299>");
+    EXPECT_EQ(seen.err, "morvane : error : cannot create temporary file '" + occupied +
+                            "'\nmorvane : error : failed to get current directory.\n");
+    EXPECT_FALSE(std::filesystem::exists("install.mk"));
+  }
 }
 
 TEST(Makefile, ThatCannotBeOpenedEndsTheProgramBeforeTheHostIsAskedFor) {

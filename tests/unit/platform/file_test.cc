@@ -1,14 +1,12 @@
 #include "platform/file.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
-#include <fstream>
 
-#include "support/records.h"
+#include "support/child.h"
 
 namespace morvane {
 
@@ -16,48 +14,86 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Returns whether `descriptor` is one, and closes it.
-bool opened(int descriptor) {
-  if (descriptor >= 0) close(descriptor);
-  return descriptor >= 0;
-}
-
 TEST(Reading, OpensWhatIsThere) {
   const scratch_directory here;
-  std::ofstream("file") << "text";
-  EXPECT_TRUE(opened(open_for_reading("file")));
-  EXPECT_FALSE(opened(open_for_reading("nothing")));
+  write_file("file", "text");
+  EXPECT_TRUE(open_for_reading("file").is_open());
+  EXPECT_FALSE(open_for_reading("nothing").is_open());
+  EXPECT_EQ(errno, ENOENT);
 }
 
 TEST(Reading, OfAPipeWithoutAWriterEndsAtOnce) {
   const scratch_directory here;
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
-  const int descriptor = open_for_reading("pipe");
-  char byte;
-  EXPECT_EQ(read(descriptor, &byte, 1), 0);
-  EXPECT_TRUE(opened(descriptor));
+  const descriptor file = open_for_reading("pipe");
+  EXPECT_TRUE(file.is_open());
+  EXPECT_EQ(read_rest(file), "");
 }
 
-TEST(Reading, DoesNotOpenDevices) {
-  EXPECT_FALSE(opened(open_for_reading("/dev/null")));
-  EXPECT_FALSE(opened(open_for_reading("/dev/zero")));
-}
-
-TEST(Writing, CreatesAndEmpties) {
+TEST(Reading, OpensNoDeviceButTheNullDevice) {
   const scratch_directory here;
-  std::ofstream("file") << "text";
-  EXPECT_TRUE(opened(open_for_writing("file")));
-  EXPECT_EQ(fs::file_size("file"), 0U);
+  fs::create_symlink("/dev/null", "mask");
+  EXPECT_EQ(read_rest(open_for_reading("/dev/null")), "");
+  EXPECT_EQ(read_rest(open_for_reading("mask")), "");
+  EXPECT_FALSE(open_for_reading("/dev/zero").is_open());
+  EXPECT_EQ(errno, ENODEV);
+  EXPECT_FALSE(open_for_reading("/dev/full").is_open());
+}
+
+TEST(Reading, TellsThatTheRestCannotBeRead) {
+  const scratch_directory here;
+  EXPECT_EQ(read_rest(open_for_reading(".")), std::nullopt);
+  EXPECT_EQ(read_rest(descriptor()), std::nullopt);
+}
+
+TEST(Writing, OpensAFileAsItIsAndCreatesOneThatIsMissing) {
+  const scratch_directory here;
+  write_file("file", "text");
+  bool created = true;
+  EXPECT_TRUE(open_for_writing("file", created).is_open());
+  EXPECT_FALSE(created);
+  EXPECT_EQ(read_file("file"), "text");
   const mode_t mask = umask(027);
-  EXPECT_TRUE(opened(open_for_writing("new")));
+  EXPECT_TRUE(open_for_writing("new", created).is_open());
   umask(mask);
+  EXPECT_TRUE(created);
   EXPECT_EQ(fs::status("new").permissions(), fs::perms(0640));
+}
+
+TEST(Writing, ReplacesAllThatTheFileHeld) {
+  const scratch_directory here;
+  write_file("file", "a longer text");
+  bool created = false;
+  EXPECT_TRUE(replace_content(open_for_writing("file", created), "short"));
+  EXPECT_EQ(read_file("file"), "short");
+}
+
+TEST(Writing, TellsThatNotAllCouldBeWritten) {
+  bool created = false;
+  EXPECT_FALSE(replace_content(open_for_writing("/dev/full", created), "text"));
+  EXPECT_TRUE(replace_content(open_for_writing("/dev/null", created), "text"));
+  EXPECT_FALSE(replace_content(open_for_reading("/dev/null"), "text"));
 }
 
 TEST(Writing, ToAPipeWithoutAReaderFails) {
   const scratch_directory here;
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
-  EXPECT_FALSE(opened(open_for_writing("pipe")));
+  bool created = false;
+  EXPECT_FALSE(open_for_writing("pipe", created).is_open());
+}
+
+TEST(FileAtAPath, IsTheOpenOneAsLongAsNobodyReplacesIt) {
+  const scratch_directory here;
+  write_file("file", "text");
+  const descriptor file = open_for_reading("file");
+  EXPECT_TRUE(is_file_at("file", file));
+  fs::rename("file", "moved");
+  EXPECT_FALSE(is_file_at("file", file));
+  fs::create_symlink("moved", "file");
+  EXPECT_FALSE(is_file_at("file", file));
+  fs::remove("file");
+  write_file("file", "text");
+  EXPECT_FALSE(is_file_at("file", file));
 }
 
 TEST(SameFile, IsTheSameByEveryName) {

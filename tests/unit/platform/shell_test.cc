@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 
 #include "support/child.h"
@@ -12,9 +14,6 @@ namespace morvane {
 namespace {
 
 using namespace std::string_literals;
-
-constexpr std::string_view PLAIN =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,@~^";
 
 // Runs `code` with standard error joined to standard output, and returns both as one text.
 std::string output_in_order(const std::function<void()>& code) {
@@ -56,6 +55,44 @@ TEST(Command, RunsAfterEverythingPrintedSoFar) {
   EXPECT_EQ(output_in_order([] { output_of("printf 'command ' >&2"); }), "before command behind");
 }
 
+// Returns the signal that `command` ends the program with, or 0.
+int interrupted_by(const std::function<void()>& code) {
+  const pid_t child = fork();
+  if (child == 0) {
+    code();
+    std::_Exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+}
+
+TEST(Command, ThatAnInterruptEndsEndsTheProgram) {
+  EXPECT_EQ(interrupted_by([] { run_command("kill -INT $$"); }), SIGINT);
+  EXPECT_EQ(interrupted_by([] { run_command("kill -QUIT $$"); }), SIGQUIT);
+  EXPECT_EQ(interrupted_by([] { run_command("exit 130"); }), SIGINT);
+  EXPECT_EQ(interrupted_by([] { run_command("exit 131"); }), SIGQUIT);
+  EXPECT_EQ(interrupted_by([] { first_line_of("kill -INT $$", 9); }), SIGINT);
+  EXPECT_EQ(interrupted_by([] { output_of("kill -INT $$"); }), SIGINT);
+}
+
+TEST(Command, ThatEndsOtherwiseDoesNot) {
+  for (const char* command : {"kill -TERM $$", "kill -HUP $$", "kill -KILL $$", "exit 2", "exit 3",
+                              "exit 129", "exit 132", "exit 255"}) {
+    EXPECT_EQ(interrupted_by([=] { run_command(command); }), 0) << command;
+  }
+}
+
+TEST(Command, AnInterruptLeavesNoScratchFile) {
+  const scratch_directory here;
+  EXPECT_EQ(interrupted_by([] {
+              write_file("name", scratch_file());
+              output_of("echo output > " + scratch_file() + "; kill -INT $$");
+            }),
+            SIGINT);
+  EXPECT_FALSE(exists(read_file("name")));
+}
+
 TEST(FirstLine, IsWithoutItsLineEndAndCut) {
   const struct {
     std::string command;
@@ -69,40 +106,6 @@ TEST(FirstLine, IsWithoutItsLineEndAndCut) {
       {"printf one; false", 9, "one"},
   };
   for (const auto& row : rows) EXPECT_EQ(first_line_of(row.command, row.longest), row.line);
-}
-
-TEST(Quote, LeavesPlainWordsAsTheyStand) {
-  EXPECT_EQ(quote(PLAIN), PLAIN);
-  EXPECT_EQ(quote("-x"), "-x");
-  EXPECT_EQ(quote("a~"), "a~");
-  EXPECT_EQ(quote(""), "");
-}
-
-TEST(Quote, PutsEverythingElseIntoSingleQuotes) {
-  EXPECT_EQ(quote("~user"), "'~user'");
-  EXPECT_EQ(quote("two words"), "'two words'");
-  EXPECT_EQ(quote("it's"), "'it'\\''s'");
-  EXPECT_EQ(quote("'"), "''\\'''");
-  EXPECT_EQ(quote("*.tar"), "'*.tar'");
-  EXPECT_EQ(quote("\303\244"), "'\303\244'");
-}
-
-TEST(Quote, DecidesForEachByteByItself) {
-  for (int byte = 1; byte < 256; ++byte) {
-    const std::string value = {'a', static_cast<char>(byte)};
-    const bool plain = PLAIN.find(static_cast<char>(byte)) != std::string_view::npos;
-    EXPECT_EQ(quote(value).starts_with('\''), !plain) << byte;
-  }
-}
-
-TEST(Quote, BringsEveryByteThroughTheShell) {
-  const scratch_directory here;
-  std::string bytes;
-  for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  for (const std::string& value : {bytes, "~root"s, "$(exit)`x`\\"s, "-n"s}) {
-    EXPECT_TRUE(run_command("printf %s " + quote(value) + " > printed"));
-    EXPECT_EQ(read_file("printed"), value);
-  }
 }
 
 TEST(Existence, FollowsLinksAndNeedsNoReadPermission) {
@@ -130,7 +133,7 @@ TEST(ScratchFile, IsNamedAfterTheProcess) {
 TEST(ScratchFile, IsEmptyAndForItsOwnerAlone) {
   const outcome seen = in_child("", []() -> std::string {
     umask(0);
-    if (!create_scratch_file(scratch_file())) return "not created";
+    if (!create_scratch_file(scratch_file()).is_open()) return "not created";
     struct stat status;
     if (lstat(scratch_file().c_str(), &status) != 0) return "not there";
     return std::to_string(status.st_mode == (S_IFREG | 0600)) + std::to_string(status.st_size);
@@ -143,7 +146,7 @@ TEST(ScratchFile, IsOpenToItsOwnerWhateverTheFileCreationMask) {
   const outcome seen = in_child("", [] {
     umask(0777);
     struct stat status {};
-    const bool created = create_scratch_file(scratch_file());
+    const bool created = create_scratch_file(scratch_file()).is_open();
     stat(scratch_file().c_str(), &status);
     return created && status.st_mode == (S_IFREG | 0600) ? "open" : "closed";
   });
@@ -154,7 +157,7 @@ TEST(ScratchFile, ReplacesAForeignFile) {
   const outcome seen = in_child("", [] {
     write_file(scratch_file(), "foreign");
     chmod(scratch_file().c_str(), 0666);
-    const bool created = create_scratch_file(scratch_file());
+    const bool created = create_scratch_file(scratch_file()).is_open();
     struct stat status;
     lstat(scratch_file().c_str(), &status);
     return created && status.st_mode == (S_IFREG | 0600) ? read_file(scratch_file()) : "kept";
@@ -203,6 +206,12 @@ TEST(Probe, ReturnsNothingWhereTheScratchFileIsGone) {
   const outcome seen = probe("rm FILE");
   EXPECT_EQ(seen.result, "(nothing), removed");
   EXPECT_EQ(seen.written(), "");
+}
+
+TEST(Probe, ReturnsNothingWhereSomebodyHasReplacedTheScratchFile) {
+  EXPECT_EQ(probe("f=FILE; rm $f; echo foreign > $f").result, "(nothing), removed");
+  EXPECT_EQ(probe("f=FILE; mv $f $f.mine; ln -s $f.mine $f; 'rm' $f.mine").result,
+            "(nothing), removed");
 }
 
 TEST(Probe, ReadsLongOutputWhole) {

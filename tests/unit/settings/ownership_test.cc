@@ -11,9 +11,9 @@
 
 namespace {
 
-// A name that only this program knows: nothing but "x".
+// A name that only this program knows: nothing but "x", and what the shell would interpret.
 bool is_invented(const char* name) {
-  return *name != '\0' && std::strspn(name, "x") == std::strlen(name);
+  return *name == 'x' && std::strspn(name, "x$^") == std::strlen(name);
 }
 
 }  // namespace
@@ -99,6 +99,36 @@ TEST(ShortProductName, PrefersTheName) {
   EXPECT_EQ(short_product_name(record), "Full Name");
   record.name = "name";
   EXPECT_EQ(short_product_name(record), "name");
+}
+
+std::string special_line(const std::string& name) {
+  return "morvane : error : name '" + name +
+         "' holds characters that make or the shell would interpret\n";
+}
+
+TEST(Owner, WithSpecialCharactersIsUnknown) {
+  app_table products;
+  const outcome seen = settle_owner("x$\nx^x\n$\n" + own_user() + "\n", products);
+  EXPECT_EQ(seen.out,
+            "\n<30> 'app' : <31> 'x$' !\n<30> 'app' : <31> 'x^x' !\n<30> 'app' : <31> '$' !\n"
+            "<30> 'app' : ");
+  EXPECT_EQ(seen.err, special_line("x$") + special_line("x^x"));
+}
+
+TEST(Owner, WithSpecialCharactersIsNoDefault) {
+  app_table products;
+  products.app().owner = "x$";
+  const outcome seen = settle_owner(own_user() + "\n", products);
+  EXPECT_EQ(seen.out, "\n<30> 'app' : ");
+  EXPECT_EQ(seen.err, "");
+}
+
+TEST(Group, WithSpecialCharactersIsUnknownAndNoDefault) {
+  app_table products;
+  products.app().group = "x$";
+  const outcome seen = settle_group("x$\n" + own_group() + "\n", products);
+  EXPECT_EQ(seen.out, "\n<32> 'app' : <33> 'x$' !\n<32> 'app' : ");
+  EXPECT_EQ(seen.err, special_line("x$"));
 }
 
 TEST(Owner, IsAskedForWithoutDefault) {

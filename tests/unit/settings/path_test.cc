@@ -1,6 +1,8 @@
 #include "settings/path.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/child.h"
 #include "support/messages.h"
@@ -55,17 +57,6 @@ TEST(PathText, IsNormalised) {
       {"/a//b", "/a/b"},    {"/a///", "/a"},   {"/./../a", "/./../a"}, {"/a b//", "/a b"},
   };
   for (const auto& [path, normal] : cases) EXPECT_EQ(normalise_path(path), normal) << path;
-}
-
-TEST(PathText, HoldsSpecialCharacters) {
-  const std::string special = "'\"\\$;&|<>()*?[]{}!#%:=`\177";
-  for (int c = 1; c < 256; ++c) {
-    const char byte = static_cast<char>(c);
-    const bool expected = c <= 32 || special.find(byte) != std::string::npos;
-    EXPECT_EQ(holds_special_characters(std::string("/a") + byte + "b"), expected) << c;
-  }
-  EXPECT_FALSE(holds_special_characters("/a.b-c_d+e,f@g~h^i"));
-  EXPECT_FALSE(holds_special_characters(""));
 }
 
 TEST(PathQuestion, EnterAloneTakesTheDefault) {
@@ -169,6 +160,32 @@ TEST(PathQuestion, AMissingDirectoryIsCreatedOnYes) {
   EXPECT_EQ(seen.result, path + " there");
   EXPECT_EQ(std::filesystem::status("a/b").permissions(),
             static_cast<std::filesystem::perms>(0755));
+}
+
+TEST(PathQuestion, ADirectoryThatAppearsBeforeTheYesIsTakenAsItIs) {
+  const scratch_directory directory;
+  use_wide_messages();
+  const std::string path = directory.path() + "/new";
+  const outcome seen = in_child("", [&] {
+    // The directory is made once the question is on the screen, and the yes comes behind that.
+    int answers[2];
+    int screen[2];
+    if (pipe(answers) != 0 || pipe(screen) != 0) return std::string("no pipes");
+    if (fork() == 0) {
+      std::string shown;
+      dprintf(answers[1], "%s\n", path.c_str());
+      for (char c; shown.find("<132>") == std::string::npos && read(screen[0], &c, 1) == 1;)
+        shown += c;
+      mkdir(path.c_str(), 0700);
+      dprintf(answers[1], "y\n");
+      std::_Exit(0);
+    }
+    dup2(answers[0], STDIN_FILENO);
+    dup2(screen[1], STDOUT_FILENO);
+    return get_valid_path("Where", "", CREATE).path;
+  });
+  EXPECT_EQ(seen.result, path);
+  EXPECT_EQ(std::filesystem::status("new").permissions(), std::filesystem::perms(0700));
 }
 
 TEST(PathQuestion, ADirectoryThatIsNotCreatedIsAskedForAgainWhereInsistedOn) {

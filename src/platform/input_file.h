@@ -1,0 +1,64 @@
+// A file that is read once, from start to end.
+#ifndef MORVANE_PLATFORM_INPUT_FILE_H
+#define MORVANE_PLATFORM_INPUT_FILE_H
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/file.h"
+
+namespace morvane {
+
+// Reads in blocks. An error ends the file for good: what was read before it counts.
+class input_file {
+ public:
+  static constexpr int END = -1;
+
+  // Opens the file `path` (see `open_for_reading`).
+  explicit input_file(const std::string& path);
+
+  // Goes on with an open file from where it stands.
+  explicit input_file(descriptor file) : file_(std::move(file)) {}
+
+  bool is_open() const { return file_.is_open(); }
+
+  // Returns why the file could not be opened, or why reading it ended early, as `errno` tells it; 0
+  // where nothing failed so far.
+  int error() const { return error_; }
+
+  // Returns the next byte (0 to 255) without taking it, or END.
+  int peek() {
+    if (next_ == end_ && !read_block()) return END;
+    return static_cast<unsigned char>(*next_);
+  }
+
+  // Returns the next byte and takes it, or END.
+  int get() {
+    const int c = peek();
+    if (c != END) ++next_;
+    return c;
+  }
+
+  // Takes the rest of the line, its newline included, but at most `limit` bytes, and appends it to
+  // `line`.
+  void read_line(std::size_t limit, std::string& line);
+
+  // As `read_line`, dropping what it takes.
+  void skip_line(std::size_t limit);
+
+ private:
+  bool read_block();
+
+  descriptor file_;
+  int error_ = 0;
+  bool ended_ = false;
+  std::vector<char> block_;
+  const char* next_ = nullptr;
+  const char* end_ = nullptr;
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_PLATFORM_INPUT_FILE_H

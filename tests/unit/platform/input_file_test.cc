@@ -1,0 +1,118 @@
+#include "platform/input_file.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <limits>
+
+#include "support/child.h"
+
+namespace morvane {
+namespace {
+
+constexpr std::size_t NO_LIMIT = std::numeric_limits<std::size_t>::max();
+
+std::string of(std::size_t count, char c) {
+  return std::string(count, c);
+}
+
+std::string rest_of(input_file& file) {
+  std::string rest;
+  for (int c; (c = file.get()) != input_file::END;) rest += static_cast<char>(c);
+  return rest;
+}
+
+TEST(InputFile, ANamedPipeReadsAsAnEmptyFile) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  input_file file("pipe");
+  EXPECT_TRUE(file.is_open());
+  EXPECT_EQ(file.get(), input_file::END);
+}
+
+TEST(InputFile, OfAMissingFileIsNotOpen) {
+  EXPECT_FALSE(input_file("/nonexistent/file").is_open());
+}
+
+TEST(InputFile, GivesEveryByteAndThenTheEnd) {
+  const scratch_directory here;
+  write_file("bytes", std::string_view("a\0\377", 3));
+  input_file file("bytes");
+  ASSERT_TRUE(file.is_open());
+  EXPECT_EQ(file.peek(), 'a');
+  EXPECT_EQ(file.get(), 'a');
+  EXPECT_EQ(file.get(), 0);
+  EXPECT_EQ(file.get(), 255);
+  EXPECT_EQ(file.peek(), input_file::END);
+  EXPECT_EQ(file.get(), input_file::END);
+  EXPECT_EQ(file.get(), input_file::END);
+}
+
+TEST(InputFile, ReadsALineUpToItsLimit) {
+  const scratch_directory here;
+  write_file("lines", "abc\ndefgh\nlast");
+  input_file file("lines");
+  std::string line = ">";
+  file.read_line(4, line);
+  EXPECT_EQ(line, ">abc\n");
+  file.read_line(2, line);
+  EXPECT_EQ(line, ">abc\nde");
+  file.read_line(0, line);
+  file.skip_line(2);
+  EXPECT_EQ(rest_of(file), "h\nlast");
+}
+
+TEST(InputFile, ReadsOnFromBlockToBlock) {
+  const scratch_directory here;
+  const std::string content = of(65530, ' ') + of(65600, 'x') + "\n" + of(65536, ' ') + "end";
+  write_file("blocks", content);
+  input_file whole("blocks");
+  EXPECT_EQ(rest_of(whole), content);
+  input_file file("blocks");
+  while (file.peek() == ' ') file.get();
+  std::string line;
+  file.read_line(NO_LIMIT, line);
+  EXPECT_EQ(line, of(65600, 'x') + "\n");
+  while (file.peek() == ' ') file.get();
+  EXPECT_EQ(rest_of(file), "end");
+}
+
+TEST(InputFile, TellsWhyItCouldNotBeOpened) {
+  const scratch_directory here;
+  EXPECT_EQ(input_file("nothing").error(), ENOENT);
+  EXPECT_EQ(input_file(of(300, 'x')).error(), ENAMETOOLONG);
+  EXPECT_EQ(input_file("/dev/zero").error(), ENODEV);
+  write_file("file", "");
+  EXPECT_EQ(input_file("file/below").error(), ENOTDIR);
+  EXPECT_EQ(input_file("file").error(), 0);
+}
+
+TEST(InputFile, OfADirectoryOpensAndCannotBeRead) {
+  const scratch_directory here;
+  input_file file(here.path());
+  EXPECT_TRUE(file.is_open());
+  EXPECT_EQ(file.error(), 0);
+  EXPECT_EQ(file.get(), input_file::END);
+  EXPECT_EQ(file.error(), EISDIR);
+}
+
+TEST(InputFile, EndsForGoodAtAnError) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  input_file file("pipe");
+  const int writer = open("pipe", O_WRONLY | O_CLOEXEC);
+  ASSERT_EQ(write(writer, "ab", 2), 2);
+  EXPECT_EQ(file.get(), 'a');
+  EXPECT_EQ(file.get(), 'b');
+  EXPECT_EQ(file.peek(), input_file::END);  // nothing there, and more could come
+  EXPECT_EQ(file.error(), EAGAIN);
+  ASSERT_EQ(write(writer, "c", 1), 1);
+  EXPECT_EQ(file.get(), input_file::END);
+  close(writer);
+}
+
+}  // namespace
+}  // namespace morvane
