@@ -112,9 +112,11 @@ class Host:
 
 
 def copy_tree(source, target, host):
-    """Copies files, with the host's names in them, and packs directories ID.tree."""
+    """Copies links, and files with the host's names in them, and packs directories ID.tree."""
     for path in sorted(source.iterdir()):
-        if path.is_dir() and path.suffix == ".tree":
+        if path.is_symlink():
+            (target / path.name).symlink_to(os.readlink(path))
+        elif path.is_dir() and path.suffix == ".tree":
             pack(path, target / (path.stem + ".tar"), host)
         elif path.is_dir():
             (target / path.name).mkdir(exist_ok=True)
