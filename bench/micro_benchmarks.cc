@@ -10,9 +10,9 @@
 #include <string_view>
 
 #include "catalogue/description_parser.h"
-#include "console/message_table.h"
 #include "console/printer.h"
-#include "console/wrap.h"
+#include "messages/table.h"
+#include "text/wrap.h"
 
 namespace morvane {
 

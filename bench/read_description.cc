@@ -5,7 +5,7 @@
 #include <string>
 
 #include "catalogue/description_parser.h"
-#include "console/message_table.h"
+#include "messages/table.h"
 
 int main(int, char** arguments) {
   static morvane::product record;

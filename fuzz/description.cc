@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "catalogue/description_parser.h"
-#include "catalogue/product_dump.h"
+#include "console/product_dump.h"
 #include "support/messages.h"
 #include "target.h"
 

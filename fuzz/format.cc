@@ -1,7 +1,8 @@
 // The safe formatter: the first line of the input is a format, the others are its arguments.
+#include "text/format.h"
+
 #include <algorithm>
 
-#include "console/message_format.h"
 #include "target.h"
 
 namespace {

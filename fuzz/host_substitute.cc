@@ -4,11 +4,11 @@
 #include <set>
 
 #include "platform/identity.h"
-#include "platform/number.h"
 #include "platform/shell.h"
-#include "platform/text.h"
 #include "settings/path.h"
 #include "target.h"
+#include "text/number.h"
+#include "text/text.h"
 
 namespace morvane {
 

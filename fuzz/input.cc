@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/words.h"
 #include "target.h"
+#include "text/words.h"
 
 namespace morvane {
 

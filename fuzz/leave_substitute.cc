@@ -1,8 +1,8 @@
 #include "leave_substitute.h"
 
 #include "console/leave.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 
 namespace morvane {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <array>
 
-#include "console/message_table.h"
-#include "platform/number.h"
+#include "messages/table.h"
 #include "target.h"
+#include "text/number.h"
 
 namespace {
 

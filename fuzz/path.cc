@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cctype>
 
-#include "platform/quoting.h"
 #include "platform/shell.h"
 #include "target.h"
+#include "text/quoting.h"
 
 namespace {
 

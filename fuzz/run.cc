@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "console/leave.h"
-#include "console/message_table.h"
 #include "depend/order.h"
 #include "driver/catalogue_load.h"
 #include "driver/installation_run.h"
@@ -21,6 +20,7 @@
 #include "host_substitute.h"
 #include "input.h"
 #include "leave_substitute.h"
+#include "messages/table.h"
 #include "support/messages.h"
 #include "target.h"
 

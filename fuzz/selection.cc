@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "platform/number.h"
 #include "target.h"
+#include "text/number.h"
 
 namespace {
 

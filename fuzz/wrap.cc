@@ -1,12 +1,12 @@
 // The wrapping printer: the first three lines of the input are width, prefix and suffix, and the
 // rest is the message.
-#include "console/wrap.h"
+#include "text/wrap.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "platform/number.h"
 #include "target.h"
+#include "text/number.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "platform/number.h"
-#include "platform/words.h"
+#include "text/number.h"
+#include "text/words.h"
 
 namespace morvane {
 

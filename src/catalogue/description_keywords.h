@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "catalogue/product.h"
-#include "console/message_numbers.h"
+#include "messages/numbers.h"
 
 namespace morvane {
 

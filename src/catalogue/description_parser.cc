@@ -6,10 +6,8 @@
 
 #include "catalogue/description_keywords.h"
 #include "catalogue/description_reader.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
-#include "platform/diagnostic.h"
-#include "version/version.h"
+#include "catalogue/product_files.h"
+#include "messages/table.h"
 
 namespace morvane {
 
@@ -39,33 +37,28 @@ bool is_open(const description& d, const keyword& entry) {
   }
 }
 
-// Reports on standard error that what the entry `entry` needs is not open.
-void report_misplaced(const description& d, const keyword& entry) {
+// Returns what is wrong where that is not open.
+fault_kind misplacement_of(const keyword& entry) {
   switch (entry.needs) {
     case scope::NEW_TARGET:
-      diagnose(fill("%s : Error in %s.descr : %s ignored (array overflow)!\n",
-                    {PROGRAM_NAME, d.identifier, r[entry.number]}));
-      return;
+      return fault_kind::NO_ROOM_FOR_TARGET;
     case scope::TARGET:
-      diagnose(fill("%s : Error in %s.descr : %s ignored !\n",
-                    {PROGRAM_NAME, d.identifier, r[entry.number]}));
-      return;
+      return fault_kind::OUTSIDE_TARGET;
     default:
-      // The report on the proposed directory has always named its neighbour, the patch level.
-      const message_number named =
-          entry.number == KEYWORD_NEEDS_PATH ? KEYWORD_NEEDS_PATCH : entry.number;
-      diagnose(fill(
-          "%s : Error in %s.descr : array overflow, or %s occured before %s or %s!\n",
-          {PROGRAM_NAME, d.identifier, r[named], r[KEYWORD_NEEDS_CATEGORY], r[KEYWORD_TARGET]}));
+      return fault_kind::OUTSIDE_NEED;
   }
 }
 
 // Reads the entries of one description.
 class parser {
  public:
-  parser(input_file& file, const std::string& path, description& d)
-      : file_(file), path_(path), description_(d) {
+  parser(input_file& file, string_view path, description& d, const fault_listener& listener)
+      : file_(file), path_(path), description_(d), listener_(listener) {
     for (std::size_t i = 0; i < texts_.size(); ++i) texts_[i] = r[KEYWORDS[i].number];
+  }
+
+  void report(fault_kind kind, message_number entry = {}) const {
+    listener_({kind, description_.identifier, path_, place_, word_, entry});
   }
 
   void read_entries() {
@@ -103,26 +96,30 @@ class parser {
   // with an empty keyword. Where the rejected keyword is itself empty, that would never end, so its
   // line is skipped.
   void read_entry() {
+    place_ = file_.place();
     word_.clear();
     while (is_keyword_character(file_.peek())) word_ += static_cast<char>(file_.get());
     const keyword* entry = find_keyword();
     if (entry == nullptr) {
-      diagnose(fill("%s : unkown keyword '%s' found in file '%s'\n", {PROGRAM_NAME, word_, path_}));
+      report(fault_kind::UNKNOWN_KEYWORD);
       file_.skip_line(SKIPPED_LINE);
       return;
     }
     if (is_open(description_, *entry)) {
-      getvar(file_, value_, comment_);
+      const std::optional<fault_kind> fault = getvar(file_, value_, comment_);
+      if (fault) report(*fault, entry->number);
       entry->store(description_, value_);
       return;
     }
-    report_misplaced(description_, *entry);
+    report(misplacement_of(*entry), entry->number);
     if (word_.empty()) file_.skip_line(SKIPPED_LINE);
   }
 
   input_file& file_;
-  const std::string& path_;
+  string_view path_;
   description& description_;
+  const fault_listener& listener_;
+  place_in_file place_;  // of the entry
   std::array<string_view, KEYWORD_COUNT> texts_;
   std::string word_;
   std::string value_;
@@ -136,20 +133,21 @@ bool is_missing(int error) {
 
 }  // namespace
 
-read_outcome read_product(string_view directory, string_view identifier, product& record) {
+read_outcome read_product(string_view directory, string_view identifier, product& record,
+                          const fault_listener& listener) {
   init_product(record);
   record.id = identifier;
-  const std::string path = fill("%s/%s.descr", {directory, identifier});
+  const std::string path = description_path(directory, identifier);
   input_file file(path);
   if (file.is_open()) {
     record.descr_avail = DESCRIBED;
     description d{record, identifier};
-    parser(file, path, d).read_entries();
+    parser(file, path, d, listener).read_entries();
   } else if (is_missing(file.error())) {
     return read_outcome::MISSING;
   }
   if (file.error() == 0) return read_outcome::DONE;
-  diagnose(fill("%s : warning : description '%s' cannot be read\n", {PROGRAM_NAME, path}));
+  listener({fault_kind::CANNOT_BE_READ, identifier, path, file.place(), ""});
   const bool nothing_read = !file.is_open() || file.error() == EISDIR;
   return nothing_read ? read_outcome::IMPOSSIBLE : read_outcome::DONE;
 }

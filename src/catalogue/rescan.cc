@@ -1,9 +1,9 @@
 #include "catalogue/rescan.h"
 
 #include "catalogue/description_parser.h"
-#include "catalogue/listing.h"
-#include "console/message_format.h"
+#include "catalogue/product_files.h"
 #include "platform/diagnostic.h"
+#include "text/format.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -33,14 +33,14 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
   if (scanned_before) return slots;
 
   const std::string descriptions = installed_products_directory(path);
-  for (const std::string& name : get_files(descriptions, "*.descr").value_or(file_names())) {
+  for (const std::string& identifier : descriptions_in(descriptions).value_or(identifiers())) {
     const int slot = slots.first + slots.count;
     if (slot == TABLE_SIZE) {
       report_full_table();
       break;
     }
     product& record = table[static_cast<std::size_t>(slot)];
-    read_installed_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), record);
+    read_installed_product(descriptions, identifier, record);
     record.path = path;
     ++slots.count;
   }

@@ -3,10 +3,10 @@
 #include <cstdio>
 
 #include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
-#include "platform/text.h"
+#include "messages/table.h"
+#include "text/format.h"
+#include "text/text.h"
 
 namespace morvane {
 

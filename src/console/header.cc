@@ -1,8 +1,8 @@
 #include "console/header.h"
 
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
+#include "text/format.h"
 
 namespace morvane {
 

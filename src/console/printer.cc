@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "console/message_table.h"
-#include "console/wrap.h"
+#include "messages/table.h"
+#include "text/wrap.h"
 
 namespace morvane {
 

@@ -7,13 +7,13 @@
 
 #include "catalogue/rescan.h"
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "depend/confirmation.h"
 #include "depend/installed_version.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "settings/path.h"
+#include "text/format.h"
 #include "version/version.h"
 
 namespace morvane {

@@ -1,10 +1,10 @@
 #include "depend/confirmation.h"
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "host/rights.h"
+#include "messages/table.h"
+#include "text/format.h"
 
 namespace morvane {
 

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "catalogue/description_parser.h"
-#include "catalogue/listing.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
+#include "catalogue/product_files.h"
 #include "depend/links_probe.h"
+#include "messages/table.h"
 #include "platform/shell.h"
+#include "text/format.h"
 
 namespace morvane {
 
@@ -28,9 +28,9 @@ version_quadruple highest_described_version(std::string_view path, std::string_v
                                             std::optional<std::string_view> type) {
   version_quadruple highest;
   const std::string descriptions = installed_products_directory(path);
-  for (const std::string& name : get_files(descriptions, "*.descr").value_or(file_names())) {
+  for (const std::string& identifier : descriptions_in(descriptions).value_or(identifiers())) {
     product described;
-    read_product(descriptions, identifier_of(name, DESCRIPTION_ENDING), described);
+    read_product(descriptions, identifier, described);
     if (described.category != category || (type && described.type != *type)) continue;
     highest = std::max(highest, version_of(described));
   }

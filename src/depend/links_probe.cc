@@ -1,11 +1,11 @@
 #include "depend/links_probe.h"
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
-#include "platform/quoting.h"
+#include "messages/table.h"
 #include "platform/shell.h"
+#include "text/format.h"
+#include "text/quoting.h"
 
 namespace morvane {
 

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "console/message_format.h"
 #include "platform/diagnostic.h"
-#include "version/version.h"
+#include "text/format.h"
 
 namespace morvane {
 
@@ -25,8 +24,7 @@ bool is_placed(const product& record, const installation_order& order) {
 void follow(product* supplier, std::vector<product*>& path, installation_order& order, int& count) {
   if (supplier == nullptr || !is_ordered(*supplier) || count >= MOST_PLACEMENTS) return;
   if (std::find(path.begin(), path.end() - 1, supplier) != path.end() - 1) {
-    diagnose(fill("%s : error : product dependencies build a ring, installation may fail.\n",
-                  {PROGRAM_NAME}));
+    diagnose_error("product dependencies build a ring, installation may fail.");
     return;
   }
   if (!is_placed(*supplier, order)) order_entry(*supplier, path, order, count);

@@ -3,19 +3,18 @@
 #include <string>
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "depend/confirmation.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
-#include "version/version.h"
+#include "text/format.h"
 
 namespace morvane {
 
 namespace {
 
 void report_mismatch(std::string_view operation) {
-  diagnose(fill("%s : error : product pointer mismatch in '%s'\n", {PROGRAM_NAME, operation}));
+  diagnose_error(fill("product pointer mismatch in '%s'", {operation}));
 }
 
 // Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.

@@ -1,12 +1,12 @@
 #include "depend/resolution.h"
 
 #include "catalogue/rescan.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "depend/category_resolution.h"
 #include "depend/confirmation.h"
 #include "depend/patches.h"
+#include "messages/table.h"
+#include "text/format.h"
 
 namespace morvane {
 

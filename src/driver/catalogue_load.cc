@@ -1,29 +1,32 @@
 #include "driver/catalogue_load.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "catalogue/description_parser.h"
-#include "catalogue/listing.h"
+#include "catalogue/product_files.h"
 #include "catalogue/rescan.h"
 #include "console/leave.h"
-#include "console/message_table.h"
+#include "console/leave_without.h"
+#include "messages/table.h"
+#include "platform/directory.h"
 
 namespace morvane {
 
 namespace {
 
 // Ends the program where there are files that cannot be listed: it would offer less than there is.
-file_names list_files(std::string_view directory, std::string_view pattern) {
-  std::optional<file_names> names = get_files(directory, pattern);
-  if (!names) quit();
-  return *names;
+identifiers listed(const std::optional<identifiers>& found) {
+  if (!found) quit();
+  return *found;
 }
 
 // Reads the product of an archive into the free slot `record`. Where its description cannot be read
 // it is not offered and the slot stays free: without it, an installation would hand on files of the
 // whole directory. Returns whether it is offered.
-bool load_archive(const std::string& name, product& record) {
-  if (read_product(".", identifier_of(name, ARCHIVE_ENDING), record) == read_outcome::IMPOSSIBLE) {
+bool load_archive(std::string_view identifier, product& record) {
+  if (read_product(".", identifier, record) == read_outcome::IMPOSSIBLE) {
     record = product();
     return false;
   }
@@ -34,27 +37,29 @@ bool load_archive(const std::string& name, product& record) {
 // Returns false, after a report, where the table is full.
 bool load_archives(product_table& table) {
   std::size_t slot = 0;
-  for (const std::string& name : list_files(".", "*.tar")) {
+  for (const std::string& identifier : listed(archives_in("."))) {
     if (slot == table.size()) {
       report_full_table();
       return false;
     }
-    if (load_archive(name, table[slot])) ++slot;
+    if (load_archive(identifier, table[slot])) ++slot;
   }
   return true;
 }
 
 void load_installed_products(product_table& table) {
-  const std::string directory(r[INSTALLED_PRODUCTS_DIRECTORY]);
+  const std::string_view directory = r[INSTALLED_PRODUCTS_DIRECTORY];
   auto slot = static_cast<std::size_t>(get_next_free_product(table));
-  for (const std::string& name : list_files(directory, "*.descr")) {
+  for (const std::string& identifier : listed(descriptions_in(directory))) {
     if (slot == table.size()) {
       report_full_table();
       return;
     }
     product& record = table[slot++];
-    read_installed_product(directory, identifier_of(name, DESCRIPTION_ENDING), record);
-    record.path = current_directory();
+    read_installed_product(directory, identifier, record);
+    const std::optional<std::string> here = get_pwd();
+    if (!here) leave_without_current_directory();
+    record.path = *here;
   }
 }
 

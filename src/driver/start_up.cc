@@ -12,15 +12,14 @@
 #include <vector>
 
 #include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "platform/file.h"
 #include "platform/identity.h"
 #include "platform/pause.h"
 #include "platform/signals.h"
-#include "version/version.h"
+#include "text/format.h"
 
 namespace morvane {
 
@@ -69,8 +68,13 @@ void lock_current_directory() {
   static const descriptor directory(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!directory.is_open() || flock(directory.number(), LOCK_EX | LOCK_NB) == 0) return;
   if (errno != EWOULDBLOCK) return;
-  diagnose(
-      fill("%s : error : another configurator is at work in this directory\n", {PROGRAM_NAME}));
+  diagnose_error("another configurator is at work in this directory");
+  quit();
+}
+
+void load_messages() {
+  if (read_resource()) return;
+  print(fill("\nCannot find resource file <<%s>>\n", {RESOURCE_FILE}));
   quit();
 }
 
@@ -90,7 +94,7 @@ void start_up() {
   // So that a file which cannot grow fails to be written, instead of ending the program half-way.
   signal(SIGXFSZ, SIG_IGN);
   reset_what_commands_inherit();
-  read_resource();
+  load_messages();
   lock_current_directory();
   if (!started_by_superuser()) warn_ordinary_user();
 }

@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 #include "platform/input_file.h"
-#include "platform/number.h"
+#include "text/format.h"
+#include "text/number.h"
 
 namespace morvane {
 

@@ -2,7 +2,7 @@
 #ifndef MORVANE_HOST_BOARD_H
 #define MORVANE_HOST_BOARD_H
 
-#include "platform/text.h"
+#include "text/text.h"
 
 namespace morvane {
 

@@ -1,12 +1,12 @@
 #include "host/operating_system.h"
 
 #include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
-#include "platform/number.h"
 #include "platform/shell.h"
+#include "text/format.h"
+#include "text/number.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -58,7 +58,7 @@ bool check_site() {
 std::string whichOS() {
   const auto system = first_line_of(SYSTEM_COMMAND, LONGEST_SYSTEM_NAME);
   if (system && !system->empty()) return *system;
-  diagnose(fill("%s : warning : failed to get current operating system.\n", {PROGRAM_NAME}));
+  diagnose_warning("failed to get current operating system.");
   return "";
 }
 

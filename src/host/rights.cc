@@ -1,13 +1,13 @@
 #include "host/rights.h"
 
 #include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
-#include "platform/quoting.h"
 #include "platform/shell.h"
+#include "text/format.h"
+#include "text/quoting.h"
 
 namespace morvane {
 

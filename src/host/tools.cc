@@ -9,11 +9,11 @@
 
 #include "console/dialogue.h"
 #include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
-#include "platform/words.h"
+#include "text/format.h"
+#include "text/words.h"
 
 namespace morvane {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/identity.h"
-#include "platform/words.h"
+#include "text/words.h"
 
 namespace morvane {
 

@@ -5,12 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/listing.h"
-#include "console/message_format.h"
+#include "console/leave_without.h"
 #include "host/operating_system.h"
 #include "host/rights.h"
 #include "output/output_file.h"
 #include "output/product_rules.h"
+#include "platform/directory.h"
+#include "text/format.h"
 #include "version/version.h"
 
 namespace morvane {

@@ -2,11 +2,10 @@
 
 #include <unistd.h>
 
-#include "console/leave.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
-#include "console/printer.h"
+#include "console/leave_without.h"
+#include "messages/table.h"
 #include "platform/signals.h"
+#include "text/format.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -31,11 +30,6 @@ bool output_file::write(std::string_view content) {
   created_ = false;
   keep_on_signal(name_);
   return written_;
-}
-
-void leave_without_file(std::string_view name) {
-  print(fill("\n\n%s%s%s\n\n", {r[FILE_NOT_OPENED], name, r[FILE_NOT_OPENED_END]}));
-  quit();
 }
 
 std::string generated_head() {

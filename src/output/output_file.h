@@ -37,9 +37,6 @@ class output_file {
   descriptor file_;
 };
 
-// Tells the operator that the file `name` cannot be opened, and ends the program.
-[[noreturn]] void leave_without_file(std::string_view name);
-
 // Returns the head that every generated file starts with.
 std::string generated_head();
 

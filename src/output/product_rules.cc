@@ -5,16 +5,15 @@
 #include <string>
 #include <utility>
 
-#include "catalogue/listing.h"
-#include "console/message_format.h"
+#include "catalogue/product_files.h"
 #include "output/left_files.h"
-#include "output/places.h"
 #include "output/settings_file.h"
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
-#include "platform/quoting.h"
 #include "platform/shell.h"
-#include "version/version.h"
+#include "text/format.h"
+#include "text/places.h"
+#include "text/quoting.h"
 
 namespace morvane {
 
@@ -288,7 +287,7 @@ class rule_writer {
   // error says so.
   void write_obj_install(std::string_view file, std::string_view directory) {
     if (!run_command(fill("test -f ./%s", {quote(file)}))) {
-      diagnose(fill("%s : warning : installation file './%s' missing.\n", {PROGRAM_NAME, file}));
+      diagnose_warning(fill("installation file './%s' missing.", {file}));
       return;
     }
     const places copy = {{"file", std::string(file)},

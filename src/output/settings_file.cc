@@ -1,9 +1,10 @@
 #include "output/settings_file.h"
 
-#include "console/message_format.h"
+#include "catalogue/product_files.h"
 #include "host/operating_system.h"
 #include "output/output_file.h"
 #include "platform/diagnostic.h"
+#include "text/format.h"
 #include "version/version.h"
 
 namespace morvane {
@@ -68,7 +69,7 @@ void write_dat_file(const product& record) {
   content += product_lines(record);
   content += dependency_lines(record);
   if (!file.write(content)) {
-    diagnose(fill("%s : warning : '%s' could not be written in full\n", {PROGRAM_NAME, file_name}));
+    diagnose_warning(fill("'%s' could not be written in full", {file_name}));
   }
 }
 

@@ -6,9 +6,6 @@
 
 namespace morvane {
 
-// What a product's settings file is named after its identifier.
-inline constexpr std::string_view SETTINGS_ENDING = ".dat";
-
 // Writes the settings file of `record`, a configured product, into the current directory; nothing
 // where the product has no description. A file that cannot be opened ends the program; one that
 // cannot be written in full is reported on standard error.

@@ -20,6 +20,7 @@ input_file::input_file(const std::string& path) : file_(open_for_reading(path)) 
 
 bool input_file::read_block() {
   if (ended_ || !is_open()) return false;
+  before_block_ = offset();
   block_.resize(BLOCK_SIZE);
   const ssize_t count = read_uninterrupted(file_, block_.data(), block_.size());
   if (count < 0) error_ = errno;
@@ -37,7 +38,9 @@ void input_file::read_line(std::size_t limit, std::string& line) {
     line.append(next_, taken);
     limit -= static_cast<std::size_t>(taken - next_);
     next_ = taken;
-    if (newline != nullptr) return;
+    if (newline == nullptr) continue;
+    begin_line();
+    return;
   }
 }
 

@@ -11,6 +11,12 @@
 
 namespace morvane {
 
+// A place in a file as people count: from 1 on, columns in bytes.
+struct place_in_file {
+  std::size_t line = 1;
+  std::size_t column = 1;
+};
+
 // Reads in blocks. An error ends the file for good: what was read before it counts.
 class input_file {
  public:
@@ -38,8 +44,12 @@ class input_file {
   int get() {
     const int c = peek();
     if (c != END) ++next_;
+    if (c == '\n') begin_line();
     return c;
   }
+
+  // Returns the place of the next byte.
+  place_in_file place() const { return {line_, offset() - line_start_ + 1}; }
 
   // Takes the rest of the line, its newline included, but at most `limit` bytes, and appends it to
   // `line`.
@@ -51,12 +61,25 @@ class input_file {
  private:
   bool read_block();
 
+  // Returns the number of bytes that were taken.
+  std::size_t offset() const {
+    return before_block_ + static_cast<std::size_t>(next_ - block_.data());
+  }
+
+  void begin_line() {
+    ++line_;
+    line_start_ = offset();
+  }
+
   descriptor file_;
   int error_ = 0;
   bool ended_ = false;
   std::vector<char> block_;
-  const char* next_ = nullptr;
-  const char* end_ = nullptr;
+  const char* next_ = block_.data();
+  const char* end_ = next_;
+  std::size_t before_block_ = 0;  // bytes of the file before the block
+  std::size_t line_ = 1;          // of the next byte
+  std::size_t line_start_ = 0;    // bytes of the file before that line
 };
 
 }  // namespace morvane

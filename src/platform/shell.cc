@@ -10,8 +10,7 @@
 
 #include "platform/diagnostic.h"
 #include "platform/signals.h"
-#include "platform/text.h"
-#include "version/version.h"
+#include "text/text.h"
 
 namespace morvane {
 
@@ -73,8 +72,7 @@ descriptor create_scratch_file(const std::string& path) {
     fchmod(file.number(), FOR_ITS_OWNER);  // whatever the file-creation mask
   } else {
     keep_on_signal(path);
-    diagnose(std::string(PROGRAM_NAME) + " : error : cannot create temporary file '" + path +
-             "'\n");
+    diagnose_error("cannot create temporary file '" + path + "'");
   }
   return file;
 }

@@ -6,7 +6,7 @@
 #include <array>
 #include <cstdlib>
 
-#include "platform/text.h"
+#include "text/text.h"
 
 namespace morvane {
 

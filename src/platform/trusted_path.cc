@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/words.h"
+#include "text/words.h"
 
 namespace morvane {
 

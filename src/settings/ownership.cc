@@ -5,14 +5,13 @@
 #include <string>
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "host/rights.h"
-#include "platform/diagnostic.h"
+#include "messages/table.h"
 #include "platform/identity.h"
-#include "platform/quoting.h"
-#include "version/version.h"
+#include "settings/refusal.h"
+#include "text/format.h"
+#include "text/quoting.h"
 
 namespace morvane {
 
@@ -33,13 +32,6 @@ constexpr ownership_question OWNER = {
 constexpr ownership_question GROUP = {
     GROUP_QUESTION, UNKNOWN_GROUP, group_exists,
     [](std::string_view name) { return check_chown_rights(std::nullopt, name); }};
-
-// Reports a record that cannot be asked about; returns whether it can.
-bool is_valid(const product* record, std::string_view operation) {
-  if (record != nullptr && !is_free(*record)) return true;
-  diagnose(fill("%s : %s : error : invalid product\n", {PROGRAM_NAME, operation}));
-  return false;
-}
 
 // Returns the first product of `table` in the directory of `record` whose owner or group, as
 // `valid` tells, is settled, or null.
@@ -65,12 +57,7 @@ bool is_usable(const ownership_question& about, std::string_view name) {
 
 // As `is_usable`; a name that the host knows is not refused without a word.
 bool is_usable_answer(const ownership_question& about, std::string_view name) {
-  if (about.known(name) && holds_special_characters(name)) {
-    diagnose(
-        fill("%s : error : name '%s' holds characters that make or the shell would interpret\n",
-             {PROGRAM_NAME, name}));
-  }
-  return is_usable(about, name);
+  return about.known(name) && !refuse_special_characters("name", name) && is_usable(about, name);
 }
 
 // Asks for an owner or a group until the answer is known and the operator may give files to it.
@@ -98,7 +85,7 @@ std::string ask_for_name(const ownership_question& about, std::string_view shown
 }  // namespace
 
 void get_product_owner(product* record, const product_table& table) {
-  if (!is_valid(record, "get_product_owner") || record->owner_valid) return;
+  if (refuse_invalid_product(record, "get_product_owner") || record->owner_valid) return;
   const product* neighbour = find_neighbour(*record, table, &product::owner_valid);
   if (neighbour != nullptr) record->owner = neighbour->owner;
   print("\n");
@@ -110,7 +97,7 @@ void get_product_owner(product* record, const product_table& table) {
 }
 
 void get_product_group(product* record, const product_table& table) {
-  if (!is_valid(record, "get_product_group") || record->group_valid) return;
+  if (refuse_invalid_product(record, "get_product_group") || record->group_valid) return;
   const product* neighbour = find_neighbour(*record, table, &product::group_valid);
   if (neighbour != nullptr) record->group = neighbour->group;
   print("\n");
@@ -120,7 +107,7 @@ void get_product_group(product* record, const product_table& table) {
 }
 
 void get_product_access(product* record) {
-  if (!is_valid(record, "get_product_access") || record->other_access_valid) return;
+  if (refuse_invalid_product(record, "get_product_access") || record->other_access_valid) return;
   if (record->other_access_info) {
     print("\n");
     print_with_cr(*record->other_access_info, screen_width());

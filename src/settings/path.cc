@@ -5,14 +5,13 @@
 #include <optional>
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
-#include "platform/diagnostic.h"
+#include "messages/table.h"
 #include "platform/identity.h"
-#include "platform/quoting.h"
 #include "platform/shell.h"
-#include "version/version.h"
+#include "settings/refusal.h"
+#include "text/format.h"
+#include "text/quoting.h"
 
 namespace morvane {
 
@@ -55,12 +54,7 @@ std::optional<std::string> to_path(const std::string& answer) {
     return std::nullopt;
   }
 
-  const bool special = holds_special_characters(path);
-  if (special) {
-    diagnose(
-        fill("%s : error : path '%s' holds characters that make or the shell would interpret\n",
-             {PROGRAM_NAME, path}));
-  }
+  const bool special = refuse_special_characters("path", path);
   if (special || path.size() > path_text::LONGEST) {
     print(fill("\n%s\n", {r[PATH_NOT_ABSOLUTE]}));
     return std::nullopt;
@@ -128,10 +122,7 @@ chosen_path get_valid_path(std::string_view question, std::string_view proposal,
 }
 
 void get_product_path(product* record) {
-  if (record == nullptr || is_free(*record)) {
-    diagnose(fill("%s : get_product_path : error : invalid product\n", {PROGRAM_NAME}));
-    return;
-  }
+  if (refuse_invalid_product(record, "get_product_path")) return;
   if (record->path_valid != NO_PATH) return;
   if (const product* companion = find_companion(*record)) {
     record->path = companion->path;

@@ -5,14 +5,13 @@
 #include <utility>
 
 #include "console/dialogue.h"
-#include "console/message_format.h"
-#include "console/message_table.h"
 #include "console/printer.h"
 #include "host/rights.h"
 #include "host/tools.h"
+#include "messages/table.h"
 #include "platform/diagnostic.h"
-#include "platform/number.h"
-#include "version/version.h"
+#include "text/format.h"
+#include "text/number.h"
 
 namespace morvane {
 
@@ -85,7 +84,7 @@ product* find_product(product_table& table, int number) {
   const bool in_range = number >= 1 && number <= TABLE_SIZE;
   product* record = in_range ? &table[static_cast<std::size_t>(number - 1)] : nullptr;
   if (record != nullptr && !is_free(*record)) return record;
-  diagnose(fill("%s : warning : product number '%d' out of range.\n", {PROGRAM_NAME, number}));
+  diagnose_warning(fill("product number '%d' out of range.", {number}));
   return nullptr;
 }
 
@@ -158,8 +157,7 @@ bool select_product(product_table& table, int number) {
       record->install = product_state::SELECTED_FOR_RECONFIGURATION;
       return true;
     default:  // whatever the reason: those who watch standard error know this line
-      diagnose(fill("%s : warning : no tar file available for product number '%d'.\n",
-                    {PROGRAM_NAME, number}));
+      diagnose_warning(fill("no tar file available for product number '%d'.", {number}));
       return false;
   }
 }

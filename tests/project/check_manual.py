@@ -58,7 +58,7 @@ def number_counts(numbers, wanted, what):
 
 
 def check_numbers(messages):
-    header = (PROJECT / "src/console/message_numbers.h").read_text()
+    header = (PROJECT / "src/messages/numbers.h").read_text()
     used = [f"{int(number):03}"
             for number in re.findall(r"^  [A-Z_0-9]+ = (\d+),", header, re.MULTILINE)]
     page = (MANUAL / "morvane.rsc.5").read_text()

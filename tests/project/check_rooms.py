@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that every source file includes only what its room may know: the rooms above its own.
+"""Checks that every source file includes only what its room may know, as CMake is told, and that
+nothing is allowed to a room that it does not use.
 
     check_rooms.py SOURCE_DIRECTORY
 """
@@ -8,17 +9,21 @@ import pathlib
 import re
 import sys
 
-ROOMS = ["version", "platform", "console", "catalogue", "host", "settings", "depend", "output",
-         "driver"]
-
 
 def main():
     source = pathlib.Path(sys.argv[1])
+    rules = re.findall(r"^add_room\((\w+)([\w ]*)\)$", (source / "CMakeLists.txt").read_text(),
+                       re.MULTILINE)
+    allowed = {room: needed.split() for room, needed in rules}
+    used = {room: set() for room in allowed}
     faults = []
     for path in sorted(source.glob("*/*")):
         room = path.parent.name
         for name in re.findall(r'^#include "([^"]+)"', path.read_text(), re.MULTILINE):
-            if ROOMS.index(name.split("/")[0]) > ROOMS.index(room):
+            other = name.split("/")[0]
+            if other != room:
+                used[room].add(other)
+            if other not in [room, *allowed[room]]:
                 faults.append(f"{path.relative_to(source)} includes {name}")
             if not (source / name).exists():
                 faults.append(f"{path.relative_to(source)}: there is no {name} below {source}")
@@ -26,8 +31,15 @@ def main():
             guard = f"MORVANE_{room}_{path.stem}_H".upper()
             if f"#ifndef {guard}\n#define {guard}\n" not in path.read_text():
                 faults.append(f"{path.relative_to(source)}: the guard is not {guard}")
-    rooms = {path.name for path in source.iterdir()}
-    if rooms != set(ROOMS):
+    before = set()
+    for room, needed in allowed.items():
+        faults += [f"{room} may include {other}, and does not" for other in needed
+                   if other not in used[room]]
+        faults += [f"{room} is built on {other}, which comes behind it" for other in needed
+                   if other not in before]
+        before.add(room)
+    rooms = {path.name for path in source.iterdir() if path.is_dir()}
+    if rooms != set(allowed):
         faults.append(f"rooms: {sorted(rooms)}")
     print("\n".join(faults))
     sys.exit(1 if faults else 0)

@@ -112,9 +112,11 @@ class Host:
 
 
 def copy_tree(source, target, host):
-    """Copies links, and files with the host's names in them, and packs directories ID.tree."""
+    """Copies files, with the host's names in them, and packs directories ID.tree. A link to a file of
+    another case stands for that file; any other is copied as a link."""
     for path in sorted(source.iterdir()):
-        if path.is_symlink():
+        of_a_case = path.exists() and RUNS in path.resolve().parents
+        if path.is_symlink() and not of_a_case:
             (target / path.name).symlink_to(os.readlink(path))
         elif path.is_dir() and path.suffix == ".tree":
             pack(path, target / (path.stem + ".tar"), host)

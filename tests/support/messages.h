@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "console/message_table.h"
+#include "messages/table.h"
 
 namespace morvane {
 

@@ -201,6 +201,20 @@ TEST_F(Description, CountsUpToAnErrorInReading) {
   close(pipe_end);
 }
 
+TEST_F(Description, HandsEachFaultOverWithItsPlace) {
+  const scratch_directory here;
+  write_file("x.descr",
+             "# comment\nName = n\n  Nmae = m\nAsk = \"now?\"\n"
+             "Target = t  # more\nNeedsPath = /p\nAbstract = \"open");
+  std::string seen;
+  product record;
+  read_product(".", "x", record, [&](const description_fault& fault) {
+    seen += std::to_string(fault.place.line) + ":" + std::to_string(fault.place.column) + ":" +
+            std::to_string(static_cast<int>(fault.kind)) + ":" + std::string(fault.keyword) + " ";
+  });
+  EXPECT_EQ(seen, "3:3:0:Nmae 4:1:2:Ask 4:5:0: 6:1:3:NeedsPath 6:11:0: 7:1:5:Abstract ");
+}
+
 TEST_F(Description, NothingOfAnEarlierRecordIsLeft) {
   product record = read("Name = n\nDescriptionState = 5\nAbstract = a\n" + TYPE).record;
   record.install = product_state::INSTALLED;

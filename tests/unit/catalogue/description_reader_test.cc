@@ -30,7 +30,8 @@ entry read_entry(std::string_view content) {
   input_file file("entry");
   entry seen;
   testing::internal::CaptureStderr();
-  getvar(file, seen.value, seen.comment);
+  const std::optional<fault_kind> fault = getvar(file, seen.value, seen.comment);
+  if (fault) diagnose_fault({*fault, "", "", {}, ""});
   seen.errors = testing::internal::GetCapturedStderr();
   seen.rest = rest_of(file);
   return seen;

@@ -20,6 +20,15 @@ TEST(Diagnostic, GoesToStandardErrorAsItIsGiven) {
   EXPECT_EQ(seen.out, "");
 }
 
+TEST(Diagnostic, NamesTheProgramAndTheKind) {
+  const outcome seen = in_child("", [] {
+    diagnose_warning("100%s");
+    diagnose_error("'file'.");
+    return "";
+  });
+  EXPECT_EQ(seen.err, "morvane : warning : 100%s\nmorvane : error : 'file'.\n");
+}
+
 TEST(Diagnostic, ComesAfterWhatWasPrintedBefore) {
   const outcome seen = in_child("", [] {
     dup2(STDOUT_FILENO, STDERR_FILENO);

@@ -90,6 +90,31 @@ TEST(InputFile, TellsWhyItCouldNotBeOpened) {
   EXPECT_EQ(input_file("file").error(), 0);
 }
 
+TEST(InputFile, KnowsThePlaceOfTheNextByte) {
+  const scratch_directory here;
+  write_file("file", "ab\ncd\n" + of(65536, 'x') + "\ny");
+  input_file file("file");
+  const auto place = [&] {
+    return std::to_string(file.place().line) + ":" + std::to_string(file.place().column);
+  };
+  EXPECT_EQ(place(), "1:1");
+  file.get();
+  EXPECT_EQ(place(), "1:2");
+  file.skip_line(1);
+  EXPECT_EQ(place(), "1:3");
+  file.get();
+  EXPECT_EQ(place(), "2:1");
+  file.skip_line(NO_LIMIT);
+  EXPECT_EQ(place(), "3:1");
+  file.skip_line(65536);
+  EXPECT_EQ(place(), "3:65537");
+  file.get();
+  EXPECT_EQ(place(), "4:1");
+  file.get();
+  file.get();
+  EXPECT_EQ(place(), "4:2");
+}
+
 TEST(InputFile, OfADirectoryOpensAndCannotBeRead) {
   const scratch_directory here;
   input_file file(here.path());

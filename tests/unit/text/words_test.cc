@@ -1,0 +1,36 @@
+#include "text/words.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+using words = std::vector<std::string_view>;
+
+TEST(Words, AreTheNonEmptyPiecesBetweenSeparators) {
+  const struct {
+    std::string_view value;
+    words pieces;
+  } rows[] = {
+      {"", {}},
+      {"  ", {}},
+      {"one", {"one"}},
+      {"one two", {"one", "two"}},
+      {"  one   two  ", {"one", "two"}},
+      {"one,two", {"one,two"}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(split_words(row.value, " "), row.pieces) << row.value;
+}
+
+TEST(Words, AreSeparatedByAnyCharacterOfTheSeparators) {
+  EXPECT_EQ(split_words("a/b:c/:d", "/:"), (words{"a", "b", "c", "d"}));
+  EXPECT_EQ(split_words("a b", ""), words{"a b"});
+}
+
+TEST(Words, OfANameListAreSeparatedByAllWhiteSpaceButTheNewline) {
+  EXPECT_EQ(split_words("a b\tc\rd\fe\vf", WORD_SEPARATORS), (words{"a", "b", "c", "d", "e", "f"}));
+  EXPECT_EQ(split_words("tar\nsed", WORD_SEPARATORS), words{"tar\nsed"});
+}
+
+}  // namespace
+}  // namespace morvane
