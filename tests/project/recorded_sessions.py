@@ -56,17 +56,26 @@ def as_text(screen):
     return re.sub(r"\[\[(.*?)\]\]", r"\1", screen)
 
 
+def rows(line):
+    """Returns a line as a terminal shows it: what is longer than the terminal goes on below."""
+    if len(as_text(line)) <= COLUMNS:
+        return [line]
+    return [line[start:start + COLUMNS] for start in range(0, len(line), COLUMNS)]
+
+
 def as_picture(screen):
     """Returns the session as an SVG picture of a terminal, the answers in another colour."""
-    lines = screen.rstrip("\n").split("\n")
+    lines = [row for line in screen.rstrip("\n").split("\n") for row in rows(line.expandtabs())]
     width = round(COLUMNS * COLUMN_WIDTH + 2 * MARGIN)
     height = len(lines) * LINE_HEIGHT + 2 * MARGIN
     picture = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}">',
                '<rect width="100%" height="100%" rx="6" fill="#1d1f21"/>',
+               # Blanks count: browsers go by the style, other viewers by the attribute.
+               "<style>text { white-space: pre }</style>",
                '<g font-family="monospace" font-size="14" fill="#c5c8c6" xml:space="preserve">']
     for number, line in enumerate(lines, 1):
         shown = re.sub(r"\[\[(.*?)\]\]", r'<tspan fill="#f0c674" font-weight="bold">\1</tspan>',
-                       escape(line.expandtabs()))
+                       escape(line))
         picture.append(f'<text x="{MARGIN}" y="{MARGIN + number * LINE_HEIGHT - 4}">{shown}</text>')
     return "\n".join(picture + ["</g>", "</svg>", ""])
 
