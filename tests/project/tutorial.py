@@ -5,7 +5,8 @@
 
 Blocks marked "sh" are run, one after the other, in an empty directory. A block "answers" behind one
 is typed to its last command: the word that begins each line, Enter for an empty one. A block
-"output" behind one is what it must print.
+"output" behind one is what it must print. Nothing to paste holds a tab: an interactive shell would
+complete a name instead.
 """
 
 import grp
@@ -46,6 +47,8 @@ def follow(work, environment):
     for number, (kind, commands) in enumerate(blocks):
         if kind != "sh":
             continue
+        if "\t" in commands:
+            sys.exit(f"{commands}\nholds a tab")
         following = dict(blocks[number + 1:number + 2])
         printed = run(commands, typed(following.get("answers", "")), work, environment)
         wanted = following.get("output")
