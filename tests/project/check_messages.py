@@ -16,9 +16,14 @@ WIDEST_RULER = 79  # a terminal of 80 columns, without its last one
 FORMATS = {53: 3, 75: 1, 117: 3, 118: 1, 119: 1, 121: 1, 123: 0, 133: 1}
 TITLES = (11, 19)
 PARAGRAPH = range(12, 17)  # joined, and broken into lines by the program
+JOINED = ((97, 98), (97, 99))  # with a blank between them
 COMMENTS = range(141, 144)  # each becomes a comment line of the files written
 TYPES = (256, 257)  # take the place of a product's type
 LONGEST_TYPE = 49
+SCREEN_ROWS = 24
+SELECTION_TEXTS = (17, 18, 24, 29)
+SELECTION_ROWS = 5  # three empty lines, the column headings, and the answer
+SAMPLE_PRODUCTS = 11  # as many as the list of the sample distribution has
 COMMANDS = (37, 111, 112, 113, 122)
 KEYWORDS = range(200, 234)
 
@@ -68,7 +73,9 @@ def width_faults(messages):
     ruler = len(messages[10])
     if ruler > WIDEST_RULER:
         yield f"10 is wider than {WIDEST_RULER}"
-    for number, text in messages.items():
+    joined = {f"{first} and {second}": messages[first] + " " + messages[second]
+              for first, second in JOINED}
+    for number, text in [*messages.items(), *joined.items()]:
         if number in PARAGRAPH or number in COMMANDS:
             continue
         if any(len(line) > ruler for line in text.expandtabs().split("\n")):
@@ -82,6 +89,13 @@ def width_faults(messages):
     for number in PARAGRAPH[:-1]:
         if not messages[number].endswith(" "):
             yield f"{number} runs into the text that is joined to it"
+
+
+def height_faults(messages):
+    rows = SELECTION_ROWS + SAMPLE_PRODUCTS
+    rows += sum(1 + messages[number].count("\n") for number in SELECTION_TEXTS)
+    if rows > SCREEN_ROWS:
+        yield f"{SELECTION_TEXTS} and the list need {rows} rows"
 
 
 def letters_named(text, letters):
@@ -139,7 +153,8 @@ def main():
         messages, faults = read_messages(path)
         faults += number_faults(messages, used)
         if used == set(messages):
-            faults += [*width_faults(messages), *use_faults(messages)]
+            faults += [*width_faults(messages), *height_faults(messages),
+                       *use_faults(messages)]
             if original:
                 faults += translation_faults(original, messages)
             original = original or messages
