@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "catalogue/rescan.h"
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "depend/confirmation.h"
 #include "depend/installed_version.h"
 #include "messages/table.h"
@@ -92,8 +92,7 @@ class category_dialogue {
     if (alternatives() == 1) category_.type_num = 0;
     if (alternatives() <= 1) return;
     for (;;) {
-      print_type_question();
-      const std::optional<std::string> answer = ask_string();
+      const std::optional<std::string> answer = ask(type_question());
       if (!answer) return;
       for (std::size_t i = 0; i < alternatives(); ++i) {
         if (category_.type_dep[i]->type != *answer) continue;
@@ -103,13 +102,24 @@ class category_dialogue {
     }
   }
 
-  void print_type_question() {
-    print(fill("\n%s '%s' %s '%s'.\n",
-               {r[TYPE_CHOICE], category_.category, r[TYPE_CHOICE_END], record_.name}));
+  question type_question() const {
+    question asked = about(TYPE_CHOICE);
+    asked.text = fill("\n%s '%s' %s '%s'.\n",
+                      {r[TYPE_CHOICE], category_.category, r[TYPE_CHOICE_END], record_.name});
     for (std::size_t i = 0; i < alternatives(); ++i) {
-      print(fill(i == 0 ? "%s" : ", %s", {category_.type_dep[i]->type}));
+      asked.text += fill(i == 0 ? "%s" : ", %s", {category_.type_dep[i]->type});
     }
-    print(fill(" : (%s) ", {chosen_type().type}));
+    asked.text += fill(" : (%s) ", {chosen_type().type});
+    asked.proposal = chosen_type().type;
+    return asked;
+  }
+
+  // Returns a question about this dependency, without its text.
+  question about(message_number number) const {
+    return {.number = number,
+            .product = &record_,
+            .part = target_.target,
+            .category = category_.category};
   }
 
   requirement required() const {
@@ -155,10 +165,11 @@ class category_dialogue {
   }
 
   chosen_path ask_for_directory(const requirement& wanted) {
-    const std::string question = fill(
-        "\n%s '%s' %s", {r[DIRECTORY_QUESTION], category_.category, r[DIRECTORY_QUESTION_END]});
-    return get_valid_path(question, wanted.proposed_directory,
-                          {.insist = target_.need_no_install == 0});
+    question asked = about(DIRECTORY_QUESTION);
+    asked.text = fill("\n%s '%s' %s",
+                      {r[DIRECTORY_QUESTION], category_.category, r[DIRECTORY_QUESTION_END]});
+    asked.proposal = wanted.proposed_directory;
+    return get_valid_path(asked, {.insist = target_.need_no_install == 0});
   }
 
   // Offers the qualifying products of `directory` among the new ones, up to the end of the table,
@@ -207,7 +218,11 @@ class category_dialogue {
       take_if(product_accept(record_, target_.target, slot), slot, product_state::INSTALLED);
     } else {
       explain_mismatch(wanted, slot, version, files);
-      take_if(choose_y_or_n(r[ACCEPT_MISMATCH]), slot, product_state::ACCEPTED);
+      question asked = about(ACCEPT_MISMATCH);
+      asked.text = r[ACCEPT_MISMATCH];
+      asked.candidate = &slot;
+      asked.directory = directory.path;
+      take_if(choose_y_or_n(asked), slot, product_state::ACCEPTED);
     }
   }
 

@@ -1,7 +1,7 @@
 #include "depend/confirmation.h"
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "host/rights.h"
 #include "messages/table.h"
 #include "text/format.h"
@@ -46,12 +46,18 @@ void print_no_rights(const target_dep& target) {
   print(fill("%s '%s' !\n", {r[NO_RIGHTS_FOR_TARGET], target.target}));
 }
 
+question target_question(message_number number, std::string_view text, const product& record,
+                         const target_dep& target) {
+  return {.number = number, .text = std::string(text), .product = &record, .part = target.target};
+}
+
 // Asks about `target` until the answer can be followed. After a failure of the rights only a no
 // ends the questions: operators count on a refused target not slipping in by repetition.
-void ask_for_new_target(target_dep& target) {
+void ask_for_new_target(const product& record, target_dep& target) {
+  const question asked = target_question(KEYWORD_ASK, *target.ask, record, target);
   bool ok = true;
   do {
-    if (!choose_y_or_n(*target.ask)) {
+    if (!choose_y_or_n(asked)) {
       target.install = target_state::NOT_WANTED;
       ok = true;
     } else if (may_give_files(target)) {
@@ -83,12 +89,19 @@ bool product_accept(const product& record, std::optional<std::string_view> targe
   if (candidate.install == product_state::SELECTED || is_ordered(candidate)) {
     print(fill("%s\n", {r[CANDIDATE_IN_THIS_RUN]}));
   }
-  return choose_y_or_n(r[ACCEPT_CANDIDATE]);
+  return choose_y_or_n({.number = ACCEPT_CANDIDATE,
+                        .text = std::string(r[ACCEPT_CANDIDATE]),
+                        .product = &record,
+                        .part = target.value_or(""),
+                        .category = candidate.category,
+                        .candidate = &candidate,
+                        .directory = candidate.path,
+                        .patch = target ? std::nullopt : std::optional(candidate.patch)});
 }
 
-bool new_installation(target_dep& target) {
+bool new_installation(const product& record, target_dep& target) {
   if (target.ask) {
-    ask_for_new_target(target);
+    ask_for_new_target(record, target);
     return true;
   }
   print(fill("\n%s '%s' ...\n", {r[TARGET_INSTALLED], target.target}));
@@ -97,10 +110,11 @@ bool new_installation(target_dep& target) {
   return true;
 }
 
-void re_installation(target_dep& target) {
-  const long_text& question = target.re_ask ? target.re_ask : target.ask;
+void re_installation(const product& record, target_dep& target) {
+  const long_text& text = target.re_ask ? target.re_ask : target.ask;
+  const question asked = target_question(KEYWORD_ASK_AGAIN, text.value_or(""), record, target);
   for (;;) {
-    const bool wanted = question && choose_y_or_n(*question);
+    const bool wanted = text && choose_y_or_n(asked);
     target.install = wanted ? target_state::WANTED : target_state::NOT_WANTED;
     if (!wanted || may_give_files(target)) return;
     print_no_rights(target);

@@ -15,14 +15,14 @@ namespace morvane {
 bool product_accept(const product& record, std::optional<std::string_view> target,
                     const product& candidate);
 
-// Decides whether `target` of a new installation is installed: by its question, or, where it has
-// none, always. Returns false where a target without a question needs an owner or group that the
-// operator may not give; its state then stays as it is.
-bool new_installation(target_dep& target);
+// Decides whether `target` of the new product `record` is installed: by its question, or, where it
+// has none, always. Returns false where a target without a question needs an owner or group that
+// the operator may not give; its state then stays as it is.
+bool new_installation(const product& record, target_dep& target);
 
-// Decides whether `target` of a reconfiguration is installed again: only where its question is
-// answered with yes.
-void re_installation(target_dep& target);
+// Decides whether `target` of `record`, a product configured again, is installed again: only where
+// its question is answered with yes.
+void re_installation(const product& record, target_dep& target);
 
 // Returns the line of a product summary that shows the version, or that it is unknown; version 0.0
 // counts as unknown.

@@ -1,7 +1,7 @@
 #include "depend/links_probe.h"
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "messages/table.h"
 #include "platform/shell.h"
 #include "text/format.h"
@@ -24,9 +24,10 @@ bool names_configuration_file(std::string_view path) {
 std::string ask_for_links(const std::string& proposal) {
   print(fill("\n%s\n%s\n%s (%s): ",
              {r[LINKS_FILE_MISSING_1], r[LINKS_FILE_MISSING_2], r[LINKS_FILE_QUESTION], proposal}));
+  const question asked = {.number = LINKS_FILE_QUESTION, .proposal = proposal};
   std::string path = proposal;
   do {
-    path = ask_string().value_or(proposal);
+    path = ask_string(asked).value_or(proposal);
     if (!names_configuration_file(path)) {
       print(fill("%s '%s'!\n", {r[LINKS_FILE_WRONG_NAME], path}));
       print(fill("%s\n(%s): ", {r[LINKS_FILE_QUESTION_AGAIN], proposal}));

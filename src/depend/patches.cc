@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "depend/confirmation.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
@@ -62,7 +62,10 @@ bool leave_open(const product& record, int patch) {
   missing += patch > 0 ? fill("patch %d'.\n\n", {patch}) : "original'.\n\n";
   print_indented(missing);
   print_indented(fill("%s '%s'.\n", {r[PATCH_DIRECTORY], record.path}));
-  return choose_y_or_n(r[LEAVE_PATCH_OPEN]);
+  return choose_y_or_n({.number = LEAVE_PATCH_OPEN,
+                        .text = std::string(r[LEAVE_PATCH_OPEN]),
+                        .product = &record,
+                        .patch = patch});
 }
 
 }  // namespace

@@ -15,8 +15,8 @@ namespace {
 // Decides whether `target` is installed; returns false where that gives `record` up.
 bool decide_target(product& record, target_dep& target) {
   if (record.install == product_state::SELECTED_FOR_RECONFIGURATION) {
-    re_installation(target);
-  } else if (record.install == product_state::SELECTED && !new_installation(target)) {
+    re_installation(record, target);
+  } else if (record.install == product_state::SELECTED && !new_installation(record, target)) {
     print(fill("%s '%s' !\n\n%s ", {r[NO_RIGHTS_FOR_TARGET], target.target, r[PRODUCT_GIVEN_UP]}));
     print(fill("%s !\n\n", {record.name}));
     record.install = product_state::AVAILABLE;

@@ -1,10 +1,10 @@
 #include "driver/installation_run.h"
 
-#include "console/dialogue.h"
 #include "console/header.h"
 #include "console/leave.h"
 #include "console/leave_without.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "depend/order.h"
 #include "depend/patches.h"
 #include "depend/resolution.h"
@@ -26,7 +26,7 @@ namespace {
 void check_host() {
   if (check_host_system()) return;
   print(fill("\n%s\n", {r[HOST_UNSUITABLE]}));
-  if (!choose_y_or_n(r[GO_ON_ALL_THE_SAME])) quit();
+  if (!choose_y_or_n(plain_question(GO_ON_ALL_THE_SAME))) quit();
 }
 
 // Asks for everything that `record` needs.
@@ -41,8 +41,10 @@ void ask_for_settings(product& record, product_table& table) {
 }
 
 bool wants_to_change(const product& record) {
-  return choose_y_or_n(fill("\n\n%s '%s' %s ?",
-                            {r[CHANGE_SETTINGS], product_name(record), product_version(record)}));
+  return choose_y_or_n({.number = CHANGE_SETTINGS,
+                        .text = fill("\n\n%s '%s' %s ?", {r[CHANGE_SETTINGS], product_name(record),
+                                                          product_version(record)}),
+                        .product = &record});
 }
 
 // Settles the settings of `record`, as often as the operator wants to change them. What was settled
@@ -96,7 +98,7 @@ void write_installation_makefile(product_table& table) {
 
 // Another run in this directory tries groups on a file of the makefile's name and removes it.
 [[noreturn]] void ask_last_question() {
-  if (!choose_y_or_n(r[LAST_QUESTION])) quit();
+  if (!choose_y_or_n(plain_question(LAST_QUESTION))) quit();
   if (!exists(MAKEFILE_NAME)) leave_without_file(MAKEFILE_NAME);
   return_code = 0;
   quit();

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "messages/table.h"
 #include "platform/input_file.h"
 #include "text/format.h"
@@ -71,14 +71,13 @@ void get_board_bus_type() {
   const bool has_default = put_default_bus();
   print("\n");
   const std::string proposal(has_default ? Board.view() : "");
+  const question asked = {.number = BUS_QUESTION,
+                          .text = has_default ? fill("%s (%s) : ", {r[BUS_QUESTION], Board})
+                                              : fill("%s : ", {r[BUS_QUESTION]}),
+                          .proposal = proposal};
   std::string answer;
   do {
-    if (has_default) {
-      print(fill("%s (%s) : ", {r[BUS_QUESTION], Board}));
-    } else {
-      print(fill("%s : ", {r[BUS_QUESTION]}));
-    }
-    answer = ask_string().value_or(proposal);
+    answer = ask(asked).value_or(proposal);
   } while (answer != r[BUS_1] && answer != r[BUS_2]);
   Board = answer;
 }

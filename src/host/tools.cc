@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "console/dialogue.h"
 #include "console/leave.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "text/format.h"
@@ -40,8 +40,10 @@ void warn_of_missing_tools() {
   print(fill("\n\n%s\n%s\n", {r[WITHOUT_TOOLS_1], r[WITHOUT_TOOLS_2]}));
 }
 
-bool ask_about_product(message_number question, const product& record) {
-  return choose_y_or_n(fill("%s '%s'?", {r[question], product_name(record)}));
+bool ask_about_product(message_number number, const product& record) {
+  return choose_y_or_n({.number = number,
+                        .text = fill("%s '%s'?", {r[number], product_name(record)}),
+                        .product = &record});
 }
 
 void check_standard_tools(known_tools& known) {
@@ -51,9 +53,9 @@ void check_standard_tools(known_tools& known) {
   }
   if (!missing) return;
   print(fill("\n%s", {r[TOOLS_MISSING]}));
-  if (choose_y_or_n(r[QUIT_WITHOUT_TOOLS])) quit();
+  if (choose_y_or_n(plain_question(QUIT_WITHOUT_TOOLS))) quit();
   warn_of_missing_tools();
-  if (!choose_y_or_n(r[GO_ON_WITHOUT_TOOLS])) quit();
+  if (!choose_y_or_n(plain_question(GO_ON_WITHOUT_TOOLS))) quit();
   print("\n");
 }
 

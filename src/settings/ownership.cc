@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "host/rights.h"
 #include "messages/table.h"
 #include "platform/identity.h"
@@ -19,7 +19,7 @@ namespace {
 
 // The difference between the question for the owner and the one for the group.
 struct ownership_question {
-  message_number question;
+  message_number number;
   message_number unknown_name;
   bool (*known)(std::string_view name);
   bool (*allowed)(std::string_view name);  // prints why not
@@ -63,16 +63,18 @@ bool is_usable_answer(const ownership_question& about, std::string_view name) {
 // Asks for an owner or a group until the answer is known and the operator may give files to it.
 // Enter alone takes `proposal` where that is known; otherwise it is checked, for the complaint, but
 // never accepted.
-std::string ask_for_name(const ownership_question& about, std::string_view shown_product,
+std::string ask_for_name(const ownership_question& about, const product& record,
                          std::string_view proposal) {
   const bool has_default = is_usable(about, proposal);
+  const std::string_view shown = short_product_name(record);
+  const question asked = {.number = about.number,
+                          .text = has_default
+                                      ? fill("%s '%s' (%s) : ", {r[about.number], shown, proposal})
+                                      : fill("%s '%s' : ", {r[about.number], shown}),
+                          .product = &record,
+                          .proposal = has_default ? proposal : ""};
   for (;;) {
-    if (has_default) {
-      print(fill("%s '%s' (%s) : ", {r[about.question], shown_product, proposal}));
-    } else {
-      print(fill("%s '%s' : ", {r[about.question], shown_product}));
-    }
-    std::optional<std::string> answer = ask_string();
+    std::optional<std::string> answer = ask(asked);
     if (!answer && has_default) answer = proposal;
     if (answer && !is_usable_answer(about, *answer)) {
       print(fill("%s '%s' !\n", {r[about.unknown_name], answer}));
@@ -90,7 +92,7 @@ void get_product_owner(product* record, const product_table& table) {
   if (neighbour != nullptr) record->owner = neighbour->owner;
   print("\n");
   print_info(record->owner_info);
-  record->owner = ask_for_name(OWNER, short_product_name(*record), record->owner);
+  record->owner = ask_for_name(OWNER, *record, record->owner);
   record->owner_valid = true;
   const std::optional<user> owner = find_user(record->owner);
   if (owner) record->homedir = owner->home;
@@ -102,7 +104,7 @@ void get_product_group(product* record, const product_table& table) {
   if (neighbour != nullptr) record->group = neighbour->group;
   print("\n");
   print_info(record->group_info);
-  record->group = ask_for_name(GROUP, short_product_name(*record), record->group);
+  record->group = ask_for_name(GROUP, *record, record->group);
   record->group_valid = true;
 }
 
@@ -112,8 +114,10 @@ void get_product_access(product* record) {
     print("\n");
     print_with_cr(*record->other_access_info, screen_width());
   }
-  const std::string question = fill(r[ACCESS_QUESTION], {short_product_name(*record)});
-  record->other_access = choose_y_or_n(question) ? 1 : 0;
+  const question asked = {.number = ACCESS_QUESTION,
+                          .text = fill(r[ACCESS_QUESTION], {short_product_name(*record)}),
+                          .product = record};
+  record->other_access = choose_y_or_n(asked) ? 1 : 0;
   record->other_access_valid = true;
 }
 

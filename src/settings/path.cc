@@ -4,25 +4,29 @@
 #include <cstdlib>
 #include <optional>
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "messages/table.h"
 #include "platform/identity.h"
 #include "platform/shell.h"
 #include "settings/refusal.h"
 #include "text/format.h"
 #include "text/quoting.h"
+#include "text/wrap.h"
 
 namespace morvane {
 
 namespace {
 
-// Prints the question and returns the answer, `proposal` where it is empty.
-std::string ask_for_path(std::string_view question, std::string_view proposal) {
-  print_with_cr(
-      proposal.empty() ? fill("%s:\n", {question}) : fill("%s:\n(%s) ", {question, proposal}),
-      screen_width());
-  return ask_string().value_or(std::string(proposal));
+// Asks `about`, the proposal being shown behind its text; returns the answer, the proposal where it
+// is empty.
+std::string ask_for_path(const question& about) {
+  question asked = about;
+  const std::string text = about.proposal.empty()
+                               ? fill("%s:\n", {about.text})
+                               : fill("%s:\n(%s) ", {about.text, about.proposal});
+  asked.text = wrap(text, screen_width(), "", "");
+  return ask(asked).value_or(std::string(about.proposal));
 }
 
 // Returns `path`, which begins with "~", with the home directory of its user in place of "~" and
@@ -62,12 +66,18 @@ std::optional<std::string> to_path(const std::string& answer) {
   return path;
 }
 
-void handle_missing(const std::string& path, bool offer_to_create) {
+// Tells of a directory that is not there, or creates it where the operator wants that.
+void handle_missing(const std::string& path, const question& about, bool offer_to_create) {
   if (!offer_to_create) {
     print(fill("%s '%s'\n", {r[PATH_MISSING], path}));
     return;
   }
-  if (!choose_y_or_n(fill("%s '%s'   %s ", {r[PATH_MISSING], path, r[CREATE_DIRECTORY]}))) return;
+  const question asked = {
+      .number = CREATE_DIRECTORY,
+      .text = fill("%s '%s'   %s ", {r[PATH_MISSING], path, r[CREATE_DIRECTORY]}),
+      .product = about.product,
+      .directory = path};
+  if (!choose_y_or_n(asked)) return;
   if (exists(path)) return;  // somebody has created it meanwhile: it is theirs
   const std::string word = quote(path);
   if (!run_command(fill("mkdir -p %s; chmod 755 %s", {word, word}))) {
@@ -106,12 +116,11 @@ std::string normalise_path(std::string_view path) {
   return result;
 }
 
-chosen_path get_valid_path(std::string_view question, std::string_view proposal,
-                           const path_demands& demands) {
+chosen_path get_valid_path(const question& about, const path_demands& demands) {
   for (;;) {
-    const std::optional<std::string> path = to_path(ask_for_path(question, proposal));
+    const std::optional<std::string> path = to_path(ask_for_path(about));
     if (!path) continue;
-    if (!exists(*path)) handle_missing(*path, demands.offer_to_create);
+    if (!exists(*path)) handle_missing(*path, about, demands.offer_to_create);
     const bool there = exists(*path);
     if (!there && demands.insist) continue;
     // A user's home directory may be anything.
@@ -138,11 +147,13 @@ void get_product_path(product* record) {
     print("\n");
     print_with_cr(*record->path_info, screen_width());
   }
-  const std::string question =
-      fill("\n%s '%s'!\n%s", {r[PATH_QUESTION_HEADING], product_name(*record), r[PATH_QUESTION]});
-  record->path = get_valid_path(question, record->path,
-                                {.offer_to_create = true, .writable = true, .insist = true})
-                     .path;
+  const question asked = {.number = PATH_QUESTION,
+                          .text = fill("\n%s '%s'!\n%s", {r[PATH_QUESTION_HEADING],
+                                                          product_name(*record), r[PATH_QUESTION]}),
+                          .product = record,
+                          .proposal = record->path};
+  record->path =
+      get_valid_path(asked, {.offer_to_create = true, .writable = true, .insist = true}).path;
   record->path_valid = PATH_CHOSEN;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "catalogue/product.h"
+#include "console/question.h"
 
 namespace morvane {
 
@@ -21,10 +22,9 @@ struct chosen_path {
   bool exists = false;
 };
 
-// Asks `question` for a directory until the answer is an absolute path (a user's home directory may
-// be written with "~") that meets `demands`. Enter alone takes `proposal`, which may be empty.
-chosen_path get_valid_path(std::string_view question, std::string_view proposal,
-                           const path_demands& demands);
+// Asks for a directory until the answer is an absolute path (a user's home directory may be written
+// with "~") that meets `demands`. `about` is the question, without the proposal in its text.
+chosen_path get_valid_path(const question& about, const path_demands& demands);
 
 // Settles the installation path of `record`: the path of a product that it belongs with, or what
 // the operator answers. Does nothing where it is settled. A missing (null) or free record is

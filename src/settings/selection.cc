@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "console/dialogue.h"
 #include "console/printer.h"
+#include "console/question.h"
 #include "host/rights.h"
 #include "host/tools.h"
 #include "messages/table.h"
@@ -121,8 +121,7 @@ void show_details(product_table& table, int number) {
     print_detail(HARDWARE_HEADING, record->hardware);
     print_tools(*record);
   }
-  print(r[PRESS_ENTER]);
-  read_character();
+  wait_for_enter(plain_question(PRESS_ENTER));
   print(fill("%s\n", {r[RULER]}));
 }
 
@@ -170,6 +169,12 @@ bool select_products(product_table& table, std::string_view line) {
   return changed;
 }
 
+question selection_question() {
+  return {.number = HOW_TO_SELECT_1,
+          .text = fill("\n%s\n\n%s\n%s\n",
+                       {r[HOW_TO_SELECT_1], r[HOW_TO_SELECT_2], r[HOW_TO_SELECT_3]})};
+}
+
 // Shows the list, and details as often as they are asked for, until a line selects; returns whether
 // that changed anything.
 bool offer_products(product_table& table) {
@@ -178,9 +183,7 @@ bool offer_products(product_table& table) {
       print(fill("%s\n\n", {r[NOTHING_OFFERED]}));
       return false;
     }
-    print("\n");
-    print(fill("%s\n\n%s\n%s\n", {r[HOW_TO_SELECT_1], r[HOW_TO_SELECT_2], r[HOW_TO_SELECT_3]}));
-    const std::string line = ask_string(LONGEST_LINE).value_or("");
+    const std::string line = ask(selection_question(), LONGEST_LINE).value_or("");
     const std::optional<int> details = read_details_request(line);
     if (!details) return select_products(table, line);
     show_details(table, *details);
@@ -213,7 +216,7 @@ void choose_SW_to_install(product_table& table) {
     } else {
       print(fill("\n%s", {r[NOTHING_SELECTED]}));
     }
-    confirmed = choose_y_or_n(r[CONFIRM_SELECTION]);
+    confirmed = choose_y_or_n(plain_question(CONFIRM_SELECTION));
     if (confirmed) {
       print(fill("\n\n%s\n\n", {r[SELECTION_CONFIRMED]}));
       check_tools_needed(table);

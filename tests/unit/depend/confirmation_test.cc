@@ -155,7 +155,7 @@ outcome decide(std::string_view typed, target_dep& target) {
   const scratch_directory directory;
   open_to_everybody(".");
   return in_child_as_ordinary_user(typed, [&] {
-    const bool settled = new_installation(target);
+    const bool settled = new_installation(product(), target);
     return (settled ? "settled " : "given up ") + std::to_string(static_cast<int>(target.install));
   });
 }
@@ -165,7 +165,7 @@ outcome decide_again(std::string_view typed, target_dep& target) {
   const scratch_directory directory;
   open_to_everybody(".");
   return in_child_as_ordinary_user(typed, [&] {
-    re_installation(target);
+    re_installation(product(), target);
     return std::to_string(static_cast<int>(target.install));
   });
 }
@@ -218,7 +218,7 @@ TEST(NewTarget, ALaterYesWithRightsDoesNotEndTheQuestions) {
   write_program("bin/chgrp", "test -f failed || { touch failed; exit 1; }\n");
   const outcome seen = in_child("y\ny\ny\nn\n", [&] {
     put_first_on_path(directory.path() + "/bin");
-    new_installation(target);
+    new_installation(product(), target);
     return std::to_string(static_cast<int>(target.install));
   });
   const std::string question = "Sure? <35>\n";
@@ -243,7 +243,7 @@ TEST(NewTarget, TheSuperuserMayGiveItToAnyOwner) {
   use_test_messages();
   target_dep target = make_target("Sure?", "root");
   const outcome seen = in_child("y\n", [&] {
-    new_installation(target);
+    new_installation(product(), target);
     return std::to_string(static_cast<int>(target.install));
   });
   EXPECT_EQ(seen.result, "2");
@@ -286,7 +286,7 @@ TEST(TargetAgain, ALaterYesWithRightsEndsTheQuestions) {
   write_program("bin/chgrp", "test -f failed || { touch failed; exit 1; }\n");
   const outcome seen = in_child("y\ny\n", [&] {
     put_first_on_path(directory.path() + "/bin");
-    re_installation(target);
+    re_installation(product(), target);
     return std::to_string(static_cast<int>(target.install));
   });
   EXPECT_EQ(seen.result, "2");

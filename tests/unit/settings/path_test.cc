@@ -38,7 +38,8 @@ outcome ask(std::string_view typed, std::string_view proposal = "",
             const path_demands& demands = {}) {
   use_wide_messages();
   return in_child(typed, [&] {
-    const chosen_path chosen = get_valid_path("Where", proposal, demands);
+    const chosen_path chosen =
+        get_valid_path({.number = PATH_QUESTION, .text = "Where", .proposal = proposal}, demands);
     return chosen.path + (chosen.exists ? " there" : " missing");
   });
 }
@@ -182,7 +183,7 @@ TEST(PathQuestion, ADirectoryThatAppearsBeforeTheYesIsTakenAsItIs) {
     }
     dup2(answers[0], STDIN_FILENO);
     dup2(screen[1], STDOUT_FILENO);
-    return get_valid_path("Where", "", CREATE).path;
+    return get_valid_path({PATH_QUESTION, "Where"}, CREATE).path;
   });
   EXPECT_EQ(seen.result, path);
   EXPECT_EQ(std::filesystem::status("new").permissions(), std::filesystem::perms(0700));
@@ -226,7 +227,7 @@ TEST(PathQuestion, ADirectoryThatCannotBeWrittenIsAskedForAgain) {
   // Whoever owns a directory may touch it, so that the ordinary user needs another's.
   const std::string foreign = is_superuser() ? mine : "/";
   const outcome seen = in_child_as_ordinary_user(foreign + "\n" + directory.path() + "\n", [] {
-    return get_valid_path("Where", "", WRITABLE).path;
+    return get_valid_path({PATH_QUESTION, "Where"}, WRITABLE).path;
   });
   EXPECT_EQ(seen.out, QUESTION + "<133 " + foreign + ">\n" + QUESTION);
   EXPECT_EQ(seen.result, directory.path());

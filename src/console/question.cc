@@ -1,6 +1,7 @@
-#include "console/dialogue.h"
+#include "console/question.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "console/leave.h"
 #include "console/printer.h"
@@ -14,12 +15,18 @@ namespace {
 
 enum answer_letter : std::size_t { YES, NO, QUIT };
 
-// Returns the next character of standard input, after everything printed so far has reached the
-// screen.
-char next_character() {
+int byte_of_operator(const question&) {
   std::fflush(stdout);
-  const int c = std::getchar();
-  if (c == EOF) quit();
+  return std::getchar();
+}
+
+// At run time, and not by linking something else: a rehearsal of a run and the run itself are the
+// same program.
+answer_source answers = byte_of_operator;
+
+char next_character(const question& asked) {
+  const int c = answers(asked);
+  if (c < 0) quit();
   return static_cast<char>(c);
 }
 
@@ -38,24 +45,24 @@ struct line {
   std::size_t typed = 0;  // characters before the newline, NULs and dropped ones included
 };
 
-line read_line(std::size_t longest) {
+line read_line(const question& asked, std::size_t longest) {
   line result;
-  for (char c; (c = next_character()) != '\n'; ++result.typed) {
+  for (char c; (c = next_character(asked)) != '\n'; ++result.typed) {
     if (result.kept.size() < longest) result.kept += c;
   }
   return result;
 }
 
-void print_question(std::string_view question) {
-  print_with_cr(fill(r[YES_NO_QUESTION], {"", question, r[ANSWER_HINT]}), screen_width());
-}
-
 }  // namespace
 
-bool choose_y_or_n(std::string_view question) {
+question plain_question(message_number number) {
+  return {number, std::string(r[number])};
+}
+
+bool choose_y_or_n(const question& asked) {
   for (;;) {
-    print_question(question);
-    const line answer = read_line(1);
+    print_with_cr(fill(r[YES_NO_QUESTION], {"", asked.text, r[ANSWER_HINT]}), screen_width());
+    const line answer = read_line(asked, 1);
     if (answer.typed == 0) return true;
     if (answer.typed == 1) {
       const char letter = answer.kept.front();
@@ -67,15 +74,25 @@ bool choose_y_or_n(std::string_view question) {
   }
 }
 
-std::optional<std::string> ask_string(std::size_t longest) {
-  const line answer = read_line(longest);
+std::optional<std::string> ask(const question& asked, std::size_t longest) {
+  print(asked.text);
+  return ask_string(asked, longest);
+}
+
+std::optional<std::string> ask_string(const question& asked, std::size_t longest) {
+  const line answer = read_line(asked, longest);
   if (answer.typed == 0) return std::nullopt;
   if (answer.typed == 1 && is_letter(answer.kept.front(), QUIT)) quit();
   return std::string(until_nul(answer.kept));
 }
 
-void read_character() {
-  next_character();
+void wait_for_enter(const question& asked) {
+  print(asked.text);
+  next_character(asked);
+}
+
+void take_answers_from(answer_source source) {
+  answers = std::move(source);
 }
 
 }  // namespace morvane
