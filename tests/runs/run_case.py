@@ -32,7 +32,7 @@ and are replaced in the files of a case: @DIR@, @USER@, @GROUP@ (who runs the pr
 and in the message file @SYSTEM@ and @MACHINE@.
 
 Where MORVANE_RUN_UNDER is set, its words are put before a copy of the program that everybody can
-read: a checker that watches it.
+read: a checker that watches it, or an emulator of another machine, which MORVANE_MACHINE names.
 
 --accept writes what came of the run into the case, for review, but for the exit status. A new case
 needs "typed" for that: the answers are moved into its session.
@@ -89,7 +89,7 @@ class Host:
         self.ids = (uid, gid)
         system = os.uname()
         self.system = system.sysname
-        self.machine = system.machine
+        self.machine = os.environ.get("MORVANE_MACHINE", system.machine)
         self.host_os = system.sysname + system.release.split(".")[0]
 
     def to_host(self, content):
