@@ -21,19 +21,18 @@ void store_description_state(description& d, string_view value) {
   }
 }
 
-// Stores a version "1.2.3" into the three numbers of `versioned`; parts that are missing are 0 and
-// parts beyond the third are ignored.
-template <typename Versioned>
-void store_version(Versioned& versioned, string_view value) {
+// Stores a version "1.2.3" into the first three numbers of `stored`; parts that are missing are 0
+// and parts beyond the third are ignored.
+void store_version(release& stored, string_view value) {
   std::array<int, 3> parts{};
   for (int& part : parts) {
     const std::size_t dot = std::min(value.find('.'), value.size());
     part = number_or_zero(value.substr(0, dot));
     value.remove_prefix(std::min(dot + 1, value.size()));
   }
-  versioned.version = parts[0];
-  versioned.subversion = parts[1];
-  versioned.minorversion = parts[2];
+  stored.version = parts[0];
+  stored.subversion = parts[1];
+  stored.minorversion = parts[2];
 }
 
 // A target beyond the last one that a record holds is still counted, so that the entries that
@@ -118,9 +117,9 @@ const std::array<keyword, KEYWORD_COUNT> KEYWORDS = {{
     {KEYWORD_FULL_NAME, scope::PRODUCT,
      [](description& d, string_view v) { d.record.full_name = v; }},
     {KEYWORD_VERSION, scope::PRODUCT,
-     [](description& d, string_view v) { store_version(d.record, v); }},
+     [](description& d, string_view v) { store_version(d.record.release, v); }},
     {KEYWORD_PATCH, scope::PRODUCT,
-     [](description& d, string_view v) { d.record.patch = number_or_zero(v); }},
+     [](description& d, string_view v) { d.record.release.patch = number_or_zero(v); }},
     {KEYWORD_CATEGORY, scope::PRODUCT,
      [](description& d, string_view v) { d.record.category = v; }},
     {KEYWORD_TYPE, scope::PRODUCT, [](description& d, string_view v) { d.record.type = v; }},
@@ -144,9 +143,9 @@ const std::array<keyword, KEYWORD_COUNT> KEYWORDS = {{
      [](description& d, string_view v) { d.category()->text = v; }},
     {KEYWORD_NEEDS_TYPE, scope::NEW_TYPE, open_type},
     {KEYWORD_NEEDS_VERSION, scope::TYPE,
-     [](description& d, string_view v) { store_version(*d.type(), v); }},
+     [](description& d, string_view v) { store_version(d.type()->release, v); }},
     {KEYWORD_NEEDS_PATCH, scope::TYPE,
-     [](description& d, string_view v) { d.type()->patch = number_or_zero(v); }},
+     [](description& d, string_view v) { d.type()->release.patch = number_or_zero(v); }},
     {KEYWORD_NEEDS_PATH, scope::TYPE,
      [](description& d, string_view v) { d.type()->std_path = v; }},
     {KEYWORD_NEEDS_FILES, scope::TYPE, store_files},

@@ -37,16 +37,8 @@ std::string_view product_name(const product& record) {
   return record.id;
 }
 
-std::string version_numbers(int version, int subversion, int minorversion, int patch) {
-  std::string numbers = std::to_string(version) + "." + std::to_string(subversion);
-  if (minorversion > 0) numbers += "." + std::to_string(minorversion);
-  if (patch > 0) numbers += ", patch " + std::to_string(patch);
-  return numbers;
-}
-
 std::string product_version(const product& record) {
-  return "version " +
-         version_numbers(record.version, record.subversion, record.minorversion, record.patch);
+  return "version " + version_numbers(record.release);
 }
 
 const target_dep* resolved_target(const product& record, std::size_t slot) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/release.h"
 #include "text/text.h"
 
 namespace morvane {
@@ -59,10 +60,7 @@ struct product;
 // An acceptable type of the product that a category dependency needs, and its minimum version.
 struct type_dep {
   name_text type;
-  int version = 0;
-  int subversion = 0;
-  int minorversion = 0;
-  int patch = 0;
+  morvane::release release;
   path_text std_path;  // proposed directory of such a product
   // Files that an installed product must have. The list ends at the first absent entry; entries
   // behind it may be left over from an earlier, longer list.
@@ -96,10 +94,7 @@ struct product {
   name_text id;
   name_text name;
   title_text full_name;
-  int version = 0;
-  int subversion = 0;
-  int minorversion = 0;
-  int patch = 0;
+  morvane::release release;
   name_text category;
   name_text type;
   long_text abstract;
@@ -151,10 +146,6 @@ bool is_ordered(const product& record);
 // Returns the name to show in headings and files: the full name, else the name, else the
 // identifier. The result is a view of `record`.
 std::string_view product_name(const product& record);
-
-// Returns the version numbers, such as "2.1.3, patch 4"; a minor version or patch level that is not
-// above 0 is left out.
-std::string version_numbers(int version, int subversion, int minorversion, int patch);
 
 // Returns the version to show, such as "version 2.1.3, patch 4".
 std::string product_version(const product& record);

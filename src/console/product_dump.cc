@@ -33,10 +33,10 @@ int state_code(product_state state) {
 void print_type(std::string_view indices, const type_dep& type) {
   put("\t\ttype_dep [%s] : %x\n", {indices, address(&type)});
   put("\t\t\ttype        : %s\n", {type.type});
-  put("\t\t\tversion     : %d\n", {type.version});
-  put("\t\t\tsubversion  : %d\n", {type.subversion});
-  put("\t\t\tminorversion: %d\n", {type.minorversion});
-  put("\t\t\tpatch       : %d\n", {type.patch});
+  put("\t\t\tversion     : %d\n", {type.release.version});
+  put("\t\t\tsubversion  : %d\n", {type.release.subversion});
+  put("\t\t\tminorversion: %d\n", {type.release.minorversion});
+  put("\t\t\tpatch       : %d\n", {type.release.patch});
   put("\t\t\tstd_path    : %s\n", {type.std_path});
   print("\t\t\tfile_dep    :");
   for (const long_text& file : type.file_dep) {
@@ -125,10 +125,10 @@ void print_product(const product& record) {
   put("descr_avail   : %d\n", {record.descr_avail});
   put("name          : %s\n", {record.name});
   put("full_name     : %s\n", {record.full_name});
-  put("version       : %d\n", {record.version});
-  put("subversion    : %d\n", {record.subversion});
-  put("minorversion  : %d\n", {record.minorversion});
-  put("patch         : %d\n", {record.patch});
+  put("version       : %d\n", {record.release.version});
+  put("subversion    : %d\n", {record.release.subversion});
+  put("minorversion  : %d\n", {record.release.minorversion});
+  put("patch         : %d\n", {record.release.patch});
   put("category      : %s\n", {record.category});
   put("type          : %s\n", {record.type});
   put("abstract      : %s\n", {record.abstract});

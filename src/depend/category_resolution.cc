@@ -25,7 +25,7 @@ namespace {
 struct requirement {
   std::string_view category;
   std::optional<std::string_view> type;
-  version_quadruple version = {0, 0, 0, 0};
+  release version;
   std::string_view proposed_directory;
   const std::array<long_text, FILES>* files = nullptr;
 };
@@ -127,7 +127,7 @@ class category_dialogue {
     wanted.category = category_.category;
     if (alternatives() == 0) return wanted;
     wanted.type = chosen_type().type.view();
-    wanted.version = version_of(chosen_type());
+    wanted.version = chosen_type().release;
     wanted.proposed_directory = chosen_type().std_path;
     wanted.files = &chosen_type().file_dep;
     return wanted;
@@ -233,12 +233,7 @@ class category_dialogue {
   // Stores the installed version in `slot` and returns how it compares. The comparison looks the
   // version up once more, as for any product without an identifier, with all its questions.
   static version_check look_up_version(const requirement& wanted, product& slot) {
-    const version_quadruple installed =
-        get_version(nullptr, slot.path, wanted.category, wanted.type);
-    slot.version = installed.version;
-    slot.subversion = installed.subversion;
-    slot.minorversion = installed.minorversion;
-    slot.patch = installed.patch;
+    slot.release = get_version(nullptr, slot.path, wanted.category, wanted.type);
     return check_version(&slot, wanted.category, wanted.type, wanted.version);
   }
 
@@ -257,10 +252,7 @@ class category_dialogue {
     print(version_line(slot));
     print(fill("%s\n", {r[MISMATCH_REASONS]}));
     if (!is_acceptable(version)) {
-      print(
-          fill("\t%s %s\n", {r[MISMATCH_VERSION],
-                             version_numbers(wanted.version.version, wanted.version.subversion,
-                                             wanted.version.minorversion, wanted.version.patch)}));
+      print(fill("\t%s %s\n", {r[MISMATCH_VERSION], version_numbers(wanted.version)}));
     }
     if (files.missing != 0) {
       print(fill("\t%s\n\t\t", {r[MISMATCH_FILES]}));

@@ -23,7 +23,7 @@ void print_patch_heading(const product& record, const product& candidate) {
   std::string heading = fill(
       "\n%s '%s %s' %s '%s ",
       {r[DEPENDENCY_PRODUCT], record.name, product_version(record), r[PATCH_NEEDS], record.name});
-  heading += candidate.patch > 0 ? fill("Patch %d", {candidate.patch}) : "Original";
+  heading += candidate.release.patch > 0 ? fill("Patch %d", {candidate.release.patch}) : "Original";
   heading += "'.\n";
   print_with_cr(heading, screen_width());
   print(fill("'.\n%s :\n\n", {r[PATCH_CANDIDATE]}));
@@ -122,11 +122,9 @@ void re_installation(const product& record, target_dep& target) {
 }
 
 std::string version_line(const product& record) {
-  const bool known = record.version >= 0 && record.subversion >= 0 &&
-                     (record.version > 0 || record.subversion > 0);
-  if (!known) return "\tversion   : unknown\n";
-  return fill("\tversion   : %s\n", {version_numbers(record.version, record.subversion,
-                                                     record.minorversion, record.patch)});
+  const release& shown = record.release;
+  return fill("\tversion   : %s\n",
+              {is_shown_as_unknown(shown) ? "unknown" : version_numbers(shown)});
 }
 
 }  // namespace morvane

@@ -24,25 +24,24 @@ bool is_links_tool_type(std::optional<std::string_view> type) {
 }
 
 // Returns the highest version among the descriptions in `path`.
-version_quadruple highest_described_version(std::string_view path, std::string_view category,
-                                            std::optional<std::string_view> type) {
-  version_quadruple highest;
+release highest_described_version(std::string_view path, std::string_view category,
+                                  std::optional<std::string_view> type) {
+  release highest = UNKNOWN_RELEASE;
   const std::string descriptions = installed_products_directory(path);
   for (const std::string& identifier : descriptions_in(descriptions).value_or(identifiers())) {
     product described;
     read_product(descriptions, identifier, described);
     if (described.category != category || (type && described.type != *type)) continue;
-    highest = std::max(highest, version_of(described));
+    highest = std::max(highest, described.release);
   }
   return highest;
 }
 
 // As `get_version`, without the fallbacks.
-version_quadruple described_version(const product* record, std::string_view path,
-                                    std::string_view category,
-                                    std::optional<std::string_view> type) {
+release described_version(const product* record, std::string_view path, std::string_view category,
+                          std::optional<std::string_view> type) {
   if (record != nullptr && on_host_after_run(*record) && !record->id.empty()) {
-    return version_of(*record);
+    return record->release;
   }
   return highest_described_version(path, category, type);
 }
@@ -50,15 +49,15 @@ version_quadruple described_version(const product* record, std::string_view path
 // Returns the version of a product that has no description of its own category, from the category
 // that stands in for it. A stand-in that is the category itself is looked up once more and no
 // further.
-version_quadruple stand_in_version(const product* record, std::string_view path,
-                                   std::optional<std::string_view> type) {
+release stand_in_version(const product* record, std::string_view path,
+                         std::optional<std::string_view> type) {
   const std::string_view stand_in = r[CATEGORY_STANDING_IN];
-  const version_quadruple found = stand_in == r[CATEGORY_WITH_STAND_IN]
-                                      ? described_version(record, path, stand_in, type)
-                                      : get_version(record, path, stand_in, type);
+  const release found = stand_in == r[CATEGORY_WITH_STAND_IN]
+                            ? described_version(record, path, stand_in, type)
+                            : get_version(record, path, stand_in, type);
   const bool counts =
       found.version == STAND_IN_VERSION && found.subversion <= NEWEST_STAND_IN_SUBVERSION;
-  return counts ? found : version_quadruple();
+  return counts ? found : UNKNOWN_RELEASE;
 }
 
 // Returns `number`, or `required` and a note in `unknown` where it is unknown.
@@ -70,9 +69,9 @@ int known_or(int number, int required, bool& unknown) {
 
 }  // namespace
 
-version_quadruple get_version(const product* record, std::string_view path,
-                              std::string_view category, std::optional<std::string_view> type) {
-  const version_quadruple found = described_version(record, path, category, type);
+release get_version(const product* record, std::string_view path, std::string_view category,
+                    std::optional<std::string_view> type) {
+  const release found = described_version(record, path, category, type);
   if (found.version != UNKNOWN_NUMBER) return found;
   if (category == r[CATEGORY_OF_LINKS_TOOL]) {
     return is_links_tool_type(type) ? get_kemo_version(get_links_path("", path)) : found;
@@ -82,16 +81,15 @@ version_quadruple get_version(const product* record, std::string_view path,
 }
 
 version_check check_version(const product* record, std::optional<std::string_view> category,
-                            std::optional<std::string_view> type,
-                            const version_quadruple& required) {
+                            std::optional<std::string_view> type, const release& required) {
   if (record == nullptr || !category) return version_check::SATISFIED;
   if (record->category != *category) return version_check::OTHER_CATEGORY;
   if (!type) return version_check::SATISFIED;
   if (record->type != *type) return version_check::OTHER_TYPE;
 
-  const version_quadruple found = get_version(record, record->path, *category, type);
+  const release found = get_version(record, record->path, *category, type);
   bool unknown = false;
-  const version_quadruple installed = {
+  const release installed = {
       known_or(found.version, required.version, unknown),
       known_or(found.subversion, required.subversion, unknown),
       known_or(found.minorversion, required.minorversion, unknown),

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "catalogue/product.h"
-#include "depend/version_quadruple.h"
+#include "catalogue/release.h"
 
 namespace morvane {
 
@@ -32,13 +32,12 @@ struct file_check {
 // `record` where it is a described product of the table, else the highest among the descriptions in
 // `path`, else what the fallback for two known categories says. Numbers that nothing tells are -1.
 // An absent type matches every type. Fallbacks may ask the operator.
-version_quadruple get_version(const product* record, std::string_view path,
-                              std::string_view category, std::optional<std::string_view> type);
+release get_version(const product* record, std::string_view path, std::string_view category,
+                    std::optional<std::string_view> type);
 
 // Compares the table product `record` (or null) with a requirement.
 version_check check_version(const product* record, std::optional<std::string_view> category,
-                            std::optional<std::string_view> type,
-                            const version_quadruple& required);
+                            std::optional<std::string_view> type, const release& required);
 
 // Looks for the files that a product installed in `path` must have. An absolute entry only
 // requires that `path` exists.

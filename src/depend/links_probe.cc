@@ -52,7 +52,7 @@ std::string get_links_path(std::string links, std::optional<std::string_view> ba
   return exists(links) ? links : ask_for_links(links);
 }
 
-version_quadruple get_kemo_version(std::string_view links) {
+release get_kemo_version(std::string_view links) {
   const bool newer = run_command(
       fill("%s%s%s%s", {quote(links), r[LINKS_COMMAND_1], r[LINKS_COMMAND_2], r[LINKS_COMMAND_3]}));
   return {1, newer ? 3 : 2, 0, 0};

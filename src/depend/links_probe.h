@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "depend/version_quadruple.h"
+#include "catalogue/release.h"
 
 namespace morvane {
 
@@ -16,7 +16,7 @@ namespace morvane {
 std::string get_links_path(std::string links, std::optional<std::string_view> base);
 
 // Returns the version of the tool with the configuration file `links`, by running the site's probe.
-version_quadruple get_kemo_version(std::string_view links);
+release get_kemo_version(std::string_view links);
 
 }  // namespace morvane
 

@@ -19,11 +19,9 @@ void report_mismatch(std::string_view operation) {
 
 // Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.
 std::optional<match_level> rank(const product& record, const product& candidate, int patch) {
-  if (!on_host_after_run(candidate) || candidate.version != record.version ||
-      candidate.subversion != record.subversion || candidate.minorversion != record.minorversion ||
-      candidate.patch != patch) {
-    return std::nullopt;
-  }
+  release wanted = record.release;
+  wanted.patch = patch;
+  if (!on_host_after_run(candidate) || candidate.release != wanted) return std::nullopt;
   const bool name = candidate.name == record.name;
   const bool full_name = candidate.full_name == record.full_name;
   const bool kind = candidate.category == record.category && candidate.type == record.type;

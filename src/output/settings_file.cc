@@ -11,10 +11,6 @@ namespace morvane {
 
 namespace {
 
-std::string version_text(const product& record) {
-  return version_numbers(record.version, record.subversion, record.minorversion, record.patch);
-}
-
 std::string product_lines(const product& record) {
   std::string lines;
   lines += fill("PRODUCT_NAME = %s\n", {product_name(record)});
@@ -22,7 +18,7 @@ std::string product_lines(const product& record) {
   lines += fill("PRODUCT_OWNER = %s\n", {record.owner});
   lines += fill("PRODUCT_GROUP = %s\n", {record.group});
   lines += fill("PRODUCT_ACCESS = %d\n", {record.other_access});
-  lines += fill("PRODUCT_VERSION = %s\n", {version_text(record)});
+  lines += fill("PRODUCT_VERSION = %s\n", {version_numbers(record.release)});
   return lines;
 }
 
@@ -31,7 +27,7 @@ std::string supplier_lines(std::string_view category, const product& supplier) {
   lines += fill("%s_NAME = %s\n", {category, product_name(supplier)});
   lines += fill("%s_PATH = %s\n", {category, supplier.path});
   lines += fill("%s_TYPE = %s\n", {category, supplier.type});
-  lines += fill("%s_VERSION = %s\n", {category, version_text(supplier)});
+  lines += fill("%s_VERSION = %s\n", {category, version_numbers(supplier.release)});
   return lines;
 }
 

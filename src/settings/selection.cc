@@ -31,10 +31,10 @@ std::string pad(std::string cell, std::size_t width) {
 // Prints a line of a product list: `cell`, which holds number and name, and the version columns.
 void print_list_line(std::string cell, const product& record) {
   print(pad(std::move(cell), NAME_COLUMN_WIDTH));
-  std::string version = fill("%3d.%d", {record.version, record.subversion});
-  if (record.minorversion > 0) version += fill(".%d", {record.minorversion});
+  std::string version = fill("%3d.%d", {record.release.version, record.release.subversion});
+  if (record.release.minorversion > 0) version += fill(".%d", {record.release.minorversion});
   print(pad(std::move(version), VERSION_COLUMN_WIDTH));
-  if (record.patch > 0) print(fill("%d", {record.patch}));
+  if (record.release.patch > 0) print(fill("%d", {record.release.patch}));
   print("\n");
 }
 

@@ -16,7 +16,6 @@
 #include <string_view>
 
 #include "catalogue/product.h"
-#include "depend/version_quadruple.h"
 #include "support/child.h"
 
 namespace morvane {
@@ -57,22 +56,12 @@ inline category_dep& add_category(target_dep& target, std::string_view category,
 }
 
 inline type_dep& add_type(category_dep& category, std::string_view type,
-                          const version_quadruple& minimum = {0, 0, 0, 0}) {
+                          const release& minimum = {}) {
   type_dep& alternative = add_to(category.type_dep);
   alternative.type = type;
-  alternative.version = minimum.version;
-  alternative.subversion = minimum.subversion;
-  alternative.minorversion = minimum.minorversion;
-  alternative.patch = minimum.patch;
+  alternative.release = minimum;
   if (category.type_num < 0) category.type_num = 0;
   return alternative;
-}
-
-inline void set_version(product& record, const version_quadruple& version) {
-  record.version = version.version;
-  record.subversion = version.subversion;
-  record.minorversion = version.minorversion;
-  record.patch = version.patch;
 }
 
 inline std::string shown(product_state state) {

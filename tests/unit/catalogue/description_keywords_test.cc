@@ -50,24 +50,23 @@ TEST_F(Description, AVersionHasThreeParts) {
       {"", "0 0 0"},
       {"99999999999.0.2147483648", "2147483647 0 2147483647"},
   };
-  const auto parts_of = [](const auto& versioned) {
-    return show(versioned.version) + " " + show(versioned.subversion) + " " +
-           show(versioned.minorversion);
+  const auto parts_of = [](const release& stored) {
+    return show(stored.version) + " " + show(stored.subversion) + " " + show(stored.minorversion);
   };
   for (const auto& row : rows) {
     const std::string value = " = " + show(row.value) + "\n";
     const reading seen = read(TYPE + "Version = 9.9.9\nVersion" + value +
                               "NeedsVersion = 9.9.9\nNeedsVersion" + value);
-    EXPECT_EQ(parts_of(seen.record), row.parts) << row.value;
-    EXPECT_EQ(parts_of(type(seen.record)), row.parts) << row.value;
+    EXPECT_EQ(parts_of(seen.record.release), row.parts) << row.value;
+    EXPECT_EQ(parts_of(type(seen.record).release), row.parts) << row.value;
   }
 }
 
 TEST_F(Description, ANumberSaturatesAndIsZeroWithoutDigits) {
-  EXPECT_EQ(read("Patch = 2147483648\n").record.patch, 2147483647);
-  EXPECT_EQ(read("Patch = -99999999999\n").record.patch, -2147483647 - 1);
-  EXPECT_EQ(read("Patch = 5\nPatch = five\n").record.patch, 0);
-  EXPECT_EQ(read("Patch = 5\nPatch =\n").record.patch, 0);
+  EXPECT_EQ(read("Patch = 2147483648\n").record.release.patch, 2147483647);
+  EXPECT_EQ(read("Patch = -99999999999\n").record.release.patch, -2147483647 - 1);
+  EXPECT_EQ(read("Patch = 5\nPatch = five\n").record.release.patch, 0);
+  EXPECT_EQ(read("Patch = 5\nPatch =\n").record.release.patch, 0);
 }
 
 TEST_F(Description, AnExplicitStateIsStoredAndZeroIsDescribed) {

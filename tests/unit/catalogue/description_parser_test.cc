@@ -27,8 +27,8 @@ const field FIELDS[] = {
     {KEYWORD_DESCRIPTION_STATE, "8", 0, [](const product& p) { return show(p.descr_avail); }},
     {KEYWORD_NAME, "8", 49, [](const product& p) { return show(p.name); }},
     {KEYWORD_FULL_NAME, "8", 79, [](const product& p) { return show(p.full_name); }},
-    {KEYWORD_VERSION, "8", 0, [](const product& p) { return show(p.version); }},
-    {KEYWORD_PATCH, "8", 0, [](const product& p) { return show(p.patch); }},
+    {KEYWORD_VERSION, "8", 0, [](const product& p) { return show(p.release.version); }},
+    {KEYWORD_PATCH, "8", 0, [](const product& p) { return show(p.release.patch); }},
     {KEYWORD_CATEGORY, "8", 49, [](const product& p) { return show(p.category); }},
     {KEYWORD_TYPE, "8", 49, [](const product& p) { return show(p.type); }},
     {KEYWORD_ABSTRACT, "7\n8", 0, [](const product& p) { return show(p.abstract); }},
@@ -43,8 +43,8 @@ const field FIELDS[] = {
     {KEYWORD_NEEDS_CATEGORY, "7", 49, [](const product& p) { return show(category(p).category); }},
     {KEYWORD_NEEDS_TEXT, "8", 79, [](const product& p) { return show(category(p).text); }},
     {KEYWORD_NEEDS_TYPE, "7", 49, [](const product& p) { return show(type(p).type); }},
-    {KEYWORD_NEEDS_VERSION, "8", 0, [](const product& p) { return show(type(p).version); }},
-    {KEYWORD_NEEDS_PATCH, "8", 0, [](const product& p) { return show(type(p).patch); }},
+    {KEYWORD_NEEDS_VERSION, "8", 0, [](const product& p) { return show(type(p).release.version); }},
+    {KEYWORD_NEEDS_PATCH, "8", 0, [](const product& p) { return show(type(p).release.patch); }},
     {KEYWORD_NEEDS_PATH, "8", 127, [](const product& p) { return show(type(p).std_path); }},
     {KEYWORD_NEEDS_FILES, "8", 0, [](const product& p) { return show(type(p).file_dep[0]); }},
     {KEYWORD_REQUIRED_PATCHES, "8", 0, [](const product& p) { return show(p.needed_patches[0]); }},
@@ -364,9 +364,9 @@ TEST_F(Description, EntriesActOnWhatWasOpenedLast) {
   const reading seen = read(TYPE + "NeedsType = z\nNeedsPatch = 3\n" + NEEDED +
                             "NeedsText = text\nTarget = u\nAsk = q\n");
   EXPECT_EQ(seen.errors, "");
-  EXPECT_EQ(type(seen.record).patch, 0);
+  EXPECT_EQ(type(seen.record).release.patch, 0);
   EXPECT_EQ(type(seen.record, 1).type, "z");
-  EXPECT_EQ(type(seen.record, 1).patch, 3);
+  EXPECT_EQ(type(seen.record, 1).release.patch, 3);
   EXPECT_EQ(category(seen.record).text, "");
   EXPECT_EQ(category(seen.record, 1).text, "text");
   EXPECT_EQ(target(seen.record).ask, std::nullopt);
@@ -414,7 +414,7 @@ TEST_F(Description, AnEleventhTypeIsReported) {
   const reading eleven = read(ten + "NeedsType = z\nNeedsPatch = 3\n");
   EXPECT_EQ(eleven.errors, misplaced("NeedsType"));
   EXPECT_EQ(type(eleven.record, 9).type, "y");
-  EXPECT_EQ(type(eleven.record, 9).patch, 3);
+  EXPECT_EQ(type(eleven.record, 9).release.patch, 3);
   EXPECT_EQ(category(eleven.record).type_num, 0);
 }
 

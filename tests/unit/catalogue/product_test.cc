@@ -25,15 +25,6 @@ std::string states_in_which(bool (*holds)(const product&)) {
   return codes;
 }
 
-std::string version_of(int version, int subversion, int minorversion, int patch) {
-  product record;
-  record.version = version;
-  record.subversion = subversion;
-  record.minorversion = minorversion;
-  record.patch = patch;
-  return product_version(record);
-}
-
 // A record of which every member has another value than at the start.
 product filled_product() {
   static product supplier;
@@ -41,7 +32,7 @@ product filled_product() {
   record.install = product_state::INSTALLED;
   record.descr_avail = 5;
   record.id = record.name = record.full_name = "text";
-  record.version = record.subversion = record.minorversion = record.patch = 4;
+  record.release = {4, 4, 4, 4};
   record.category = record.type = "text";
   record.abstract = record.hardware = "text";
   for (auto& target : record.target_dep) target = std::make_unique<target_dep>();
@@ -91,10 +82,8 @@ TEST(Product, IsPutIntoItsInitialState) {
         record.homedir.view(), record.group.view()}) {
     EXPECT_EQ(field, "");
   }
-  for (const int number :
-       {record.version, record.subversion, record.minorversion, record.patch, record.path_valid}) {
-    EXPECT_EQ(number, 0);
-  }
+  EXPECT_EQ(record.release, (release{0, 0, 0, 0}));
+  EXPECT_EQ(record.path_valid, 0);
   for (const long_text* field :
        {&record.abstract, &record.hardware, &record.path_info, &record.owner_info,
         &record.group_info, &record.other_access_info, &record.needed_tools}) {
@@ -149,16 +138,11 @@ TEST(Product, IsShownByItsLongestName) {
   EXPECT_EQ(product_name(record), "full name");
 }
 
-TEST(Product, ShowsOnlyVersionNumbersThatSaySomething) {
-  EXPECT_EQ(version_of(1, 0, 0, 0), "version 1.0");
-  EXPECT_EQ(version_of(2, 1, 0, 0), "version 2.1");
-  EXPECT_EQ(version_of(2, 1, 3, 4), "version 2.1.3, patch 4");
-  EXPECT_EQ(version_of(2, 1, 3, 0), "version 2.1.3");
-  EXPECT_EQ(version_of(2, 1, 0, 4), "version 2.1, patch 4");
-  EXPECT_EQ(version_of(2, 1, -1, -1), "version 2.1");
-  EXPECT_EQ(version_of(-1, -2, 0, 0), "version -1.-2");
-  EXPECT_EQ(version_numbers(2, 1, 3, 4), "2.1.3, patch 4");
-  EXPECT_EQ(version_numbers(0, 0, -1, 0), "0.0");
+TEST(Product, ShowsItsVersion) {
+  product record;
+  EXPECT_EQ(product_version(record), "version 0.0");
+  record.release = {2, 1, 3, 4};
+  EXPECT_EQ(product_version(record), "version 2.1.3, patch 4");
 }
 
 TEST(Product, GivesItsResolvedTargets) {
@@ -182,7 +166,7 @@ TEST(Dependency, StartsUnsettled) {
   EXPECT_EQ(category.type_num, -1);
   EXPECT_TRUE(category.text.empty());
   const type_dep type;
-  EXPECT_EQ(type.version + type.subversion + type.minorversion + type.patch, 0);
+  EXPECT_EQ(type.release, (release{0, 0, 0, 0}));
   EXPECT_TRUE(type.std_path.empty());
   for (const long_text& file : type.file_dep) EXPECT_FALSE(file.has_value());
 }

@@ -83,10 +83,7 @@ TEST(ProductDump, ShowsEveryFieldOfTheProduct) {
   record.descr_avail = 2;
   record.name = "tool";
   record.full_name = "The Tool";
-  record.version = 1;
-  record.subversion = 2;
-  record.minorversion = 3;
-  record.patch = -4;
+  record.release = {1, 2, 3, -4};
   record.category = "TOOLS";
   record.type = "fine";
   record.abstract = "first\nsecond";
@@ -167,10 +164,7 @@ TEST(ProductDump, ShowsTargetsWithTheirDependencies) {
   settled.product = &supplier;
   type_dep& type = *(settled.type_dep[2] = std::make_unique<type_dep>());
   type.type = "fine";
-  type.version = 1;
-  type.subversion = 2;
-  type.minorversion = 3;
-  type.patch = 4;
+  type.release = {1, 2, 3, 4};
   type.std_path = "/opt/base";
   type.file_dep[0] = "bin/base";
   type.file_dep[2] = "lib/base";

@@ -26,12 +26,12 @@ class dependency {
     if (with_type) add_type(needed, "sql", {1, 2, 3, 4});
   }
   product& add_candidate(std::string_view id, product_state state,
-                         const version_quadruple& version = {1, 2, 3, 4}) {
+                         const release& version = {1, 2, 3, 4}) {
     product& record = add_product(table, id, state);
     record.category = "DB";
     record.type = "sql";
     record.path = "/opt/" + std::string(id);
-    set_version(record, version);
+    record.release = version;
     return record;
   }
   // Resolves and returns the supplier's slot, state, type, version and path, and the states that
@@ -43,9 +43,8 @@ class dependency {
       resolve_category_dep(app, target, needed, table);
       const product& found = *needed.product;
       return std::to_string(&found - table.data()) + " " + shown(found.install) + " " +
-             found.type.c_str() + " " +
-             version_numbers(found.version, found.subversion, found.minorversion, found.patch) +
-             " " + found.path.c_str() + " | " + states(table);
+             found.type.c_str() + " " + version_numbers(found.release) + " " + found.path.c_str() +
+             " | " + states(table);
     });
   }
 
@@ -121,7 +120,7 @@ TEST(TableSupplier, MayBeTheProductItself) {
   dependency d;
   d.app.category = "DB";
   d.app.type = "sql";
-  set_version(d.app, {1, 2, 3, 4});
+  d.app.release = {1, 2, 3, 4};
   EXPECT_TRUE(d.resolve("y\n").result.starts_with("0 2 "));
 }
 

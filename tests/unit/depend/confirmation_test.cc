@@ -13,7 +13,7 @@ product app() {
   product record;
   record.install = product_state::SELECTED;
   record.name = "app";
-  set_version(record, {2, 0, 0, 1});
+  record.release = {2, 0, 0, 1};
   return record;
 }
 
@@ -24,7 +24,7 @@ product candidate(product_state state = product_state::INSTALLED) {
   record.path = "/opt/db";
   record.category = "DB";
   record.type = "sql";
-  set_version(record, {1, 0, 0, 0});
+  record.release = {1, 0, 0, 0};
   return record;
 }
 
@@ -90,7 +90,7 @@ TEST(Candidate, ItsDirectoryAndPartInThisRunDependOnItsState) {
 
 TEST(Candidate, ItsVersionLineLeavesZeroesOut) {
   const struct {
-    version_quadruple version;
+    release version;
     const char* line;
   } cases[] = {
       {{1, 0, 0, 0}, "1.0"},
@@ -108,7 +108,7 @@ TEST(Candidate, ItsVersionLineLeavesZeroesOut) {
   };
   for (const auto& [version, line] : cases) {
     product record;
-    set_version(record, version);
+    record.release = version;
     EXPECT_EQ(version_line(record), std::string("\tversion   : ") + line + "\n");
   }
 }
@@ -120,11 +120,11 @@ TEST(PatchCandidate, HasItsOwnHeadingWithADoubledEnd) {
   EXPECT_EQ(offer(record, std::nullopt).out,
             "\n<260> 'app version 2.0, patch 1' <269> 'app Original'.\n" + rest +
                 "\tversion   : 1.0\n" + ACCEPT);
-  record.patch = 2;
+  record.release.patch = 2;
   EXPECT_EQ(offer(record, std::nullopt).out,
             "\n<260> 'app version 2.0, patch 1' <269> 'app Patch 2'.\n" + rest +
                 "\tversion   : 1.0, patch 2\n" + ACCEPT);
-  record.patch = -1;
+  record.release.patch = -1;
   EXPECT_NE(offer(record, std::nullopt).out.find("'app Original'.\n"), std::string::npos);
 }
 

@@ -19,7 +19,7 @@ void describe(const std::string& id, const std::string& category, const std::str
                                                 "\nPatch = " + std::to_string(patch) + "\n");
 }
 
-std::string shown(const version_quadruple& version) {
+std::string shown(const release& version) {
   return std::to_string(version.version) + "." + std::to_string(version.subversion) + "." +
          std::to_string(version.minorversion) + "." + std::to_string(version.patch);
 }
@@ -33,18 +33,18 @@ std::string version_in_db(const std::string& category, const optional_type& type
   return look_up(category, type).result;
 }
 
-product db_product(const version_quadruple& version) {
+product db_product(const release& version) {
   product record;
   record.install = product_state::INSTALLED;
   record.id = "db";
   record.category = "DB";
   record.type = "sql";
   record.path = "db";
-  set_version(record, version);
+  record.release = version;
   return record;
 }
 
-version_check check(const product& record, const version_quadruple& required) {
+version_check check(const product& record, const release& required) {
   return check_version(&record, "DB", "sql", required);
 }
 
@@ -167,9 +167,9 @@ TEST(InstalledVersion, TheLinksToolIsAskedForWhereItIsNotFound) {
 }
 
 TEST(VersionCheck, ComparesWithTheMinimum) {
-  const version_quadruple required = {1, 2, 0, 0};
+  const release required = {1, 2, 0, 0};
   const struct {
-    version_quadruple installed;
+    release installed;
     version_check outcome;
   } cases[] = {
       {{1, 2, 0, 0}, version_check::SATISFIED}, {{1, 1, 9, 9}, version_check::TOO_OLD},
@@ -199,7 +199,7 @@ TEST(VersionCheck, AnEntirelyUnknownVersionPassesAsUnknown) {
 
 TEST(VersionCheck, ComparesCategoryAndTypeFirst) {
   const product record = db_product({1, 0, 0, 0});
-  const version_quadruple high = {9, 0, 0, 0};
+  const release high = {9, 0, 0, 0};
   EXPECT_EQ(check_version(nullptr, "DB", "sql", high), version_check::SATISFIED);
   EXPECT_EQ(check_version(&record, std::nullopt, "sql", high), version_check::SATISFIED);
   EXPECT_EQ(check_version(&record, "OTHER", "other", high), version_check::OTHER_CATEGORY);

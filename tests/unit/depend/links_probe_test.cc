@@ -119,7 +119,7 @@ TEST(LinksPath, IsNotCut) {
 
 std::string version_of_links(const std::string& links) {
   const outcome seen = in_child("", [&] {
-    const version_quadruple found = get_kemo_version(links);
+    const release found = get_kemo_version(links);
     return std::to_string(found.version) + "." + std::to_string(found.subversion) + "." +
            std::to_string(found.minorversion) + "." + std::to_string(found.patch);
   });

@@ -27,7 +27,7 @@ product& add_app(product_table& table, int patch, product_state state,
   record.full_name = value(FULL_NAME);
   record.category = value(CATEGORY);
   record.type = value(TYPE);
-  set_version(record, {2, 1, 0, patch});
+  record.release = {2, 1, 0, patch};
   return record;
 }
 
@@ -62,9 +62,9 @@ outcome settle(std::string_view typed, patched_table& products, bool ask) {
 // How a candidate is put to the operator.
 std::string offer_of(const product& candidate) {
   const std::string level =
-      candidate.patch > 0 ? "Patch " + std::to_string(candidate.patch) : "Original";
+      candidate.release.patch > 0 ? "Patch " + std::to_string(candidate.release.patch) : "Original";
   const std::string version =
-      candidate.patch > 0 ? ", patch " + std::to_string(candidate.patch) : "";
+      candidate.release.patch > 0 ? ", patch " + std::to_string(candidate.release.patch) : "";
   return "\n<260> 'app version 2.1, patch 3' <269> 'app " + level + "'.\n'.\n<281> :\n\n\t" +
          std::string(candidate.full_name) + "\n\tdirectory : " + std::string(candidate.path) +
          "\n\tcategory  : " + std::string(candidate.category) +
@@ -111,9 +111,9 @@ TEST(MatchLevel, IsTheBestThatTheDifferencesLeave) {
 
 TEST(MatchLevel, NeedsTheVersionAndTheWantedPatchLevel) {
   patched_table products;
-  for (const version_quadruple& version :
-       {version_quadruple{2, 1, 0, 1}, {3, 1, 0, 1}, {2, 0, 0, 1}, {2, 1, 1, 1}, {2, 1, 0, 2}}) {
-    set_version(add_app(products.table, 0, product_state::INSTALLED), version);
+  for (const release& version :
+       {release{2, 1, 0, 1}, {3, 1, 0, 1}, {2, 0, 0, 1}, {2, 1, 1, 1}, {2, 1, 0, 2}}) {
+    add_app(products.table, 0, product_state::INSTALLED).release = version;
   }
   match_levels levels;
   gen_possible(&products.patch, products.table, 1, levels);

@@ -163,7 +163,7 @@ TEST(ProductDependencies, APatchReadsTheProductsOfItsOwnDirectory) {
   products.app.target_dep = {};
   products.app.path = directory.path() + "/opt";
   products.app.path_valid = PATH_CHOSEN;
-  set_version(products.app, {1, 0, 0, 2});
+  products.app.release = {1, 0, 0, 2};
   const auto settle = [&] {
     return in_child("", [&] {
       get_product_depend(products.app, products.table);
@@ -183,7 +183,7 @@ TEST(ProductDependencies, AMissingOriginalIsReported) {
   app_table products;
   products.app.target_dep = {};
   products.app.path = directory.path();
-  products.app.patch = 2;
+  products.app.release.patch = 2;
   products.app.needed_patches[0] = 0;
   products.db.category = "DB";
   EXPECT_TRUE(products.settle("y\n").out.starts_with("\n\n<290>\n"));

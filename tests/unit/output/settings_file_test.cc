@@ -30,10 +30,10 @@ class app_and_db {
     app.path = "/opt/app";
     app.owner = "me";
     app.group = "us";
-    set_version(app, {2, 1, 0, 3});
+    app.release = {2, 1, 0, 3};
     db.path = "/opt/db";
     db.type = "sql";
-    set_version(db, {1, 0, 0, 0});
+    db.release = {1, 0, 0, 0};
   }
   // Writes the settings on a host "SunOS5".
   outcome write() {
@@ -89,7 +89,7 @@ TEST(SettingsFile, PrefersTheFullName) {
 
 TEST(SettingsFile, TellsAccessAndVersion) {
   const struct {
-    version_quadruple version;
+    release version;
     const char* line;
   } cases[] = {
       {{1, 4, 0, 2}, "1.4, patch 2"},   {{2, 1, 0, 3}, "2.1, patch 3"}, {{2, 0, 0, 0}, "2.0"},
@@ -99,7 +99,7 @@ TEST(SettingsFile, TellsAccessAndVersion) {
     const scratch_directory directory;
     app_and_db products;
     products.app.other_access = 0;
-    set_version(products.app, version);
+    products.app.release = version;
     products.write();
     EXPECT_TRUE(read_file("app.dat").ends_with(
         std::string("PRODUCT_ACCESS = 0\nPRODUCT_VERSION = ") + line + "\n"));

@@ -44,7 +44,7 @@ class six_products {
     for (const auto state :
          {product_state::AVAILABLE, product_state::AVAILABLE, product_state::INSTALLED,
           product_state::AVAILABLE, product_state::INITIALISED, product_state::CONFIGURED}) {
-      set_version(add_product(table, "p", state), {1, 0, 0, 0});
+      add_product(table, "p", state).release = {1, 0, 0, 0};
     }
   }
   product_table table;
@@ -114,10 +114,10 @@ TEST(DetailsRequest, IsTheNumberBehindTheFirstQuestionMark) {
 
 TEST(Selection, ShowsWhatIsOfferedAndWhatWasChosen) {
   product_table table;
-  set_version(add_product(table, "alpha", product_state::AVAILABLE), {2, 1, 3, 4});
+  add_product(table, "alpha", product_state::AVAILABLE).release = {2, 1, 3, 4};
   product& beta = add_product(table, "beta", product_state::INSTALLED);
   beta.full_name = "Beta Product";
-  set_version(beta, {10, 0, 0, 0});
+  beta.release = {10, 0, 0, 0};
   const outcome seen = choose("1,2\ny\n", table);
   EXPECT_EQ(seen.out,
             HEADING + COLUMNS +
@@ -137,7 +137,7 @@ TEST(Selection, ALongNameMovesTheVersionColumn) {
     product_table table;
     product& record = add_product(table, "a", product_state::AVAILABLE);
     record.full_name = std::string(length, 'n');
-    set_version(record, {123, 45678901, 2, 3});
+    record.release = {123, 45678901, 2, 3};
     const outcome seen = choose("\nq\n", table);
     EXPECT_EQ(seen.out, HEADING + COLUMNS + mark + std::string(length, 'n') + "123.45678901.23\n" +
                             INSTRUCTIONS + "\n<22>" + CONFIRM + "<299>");
@@ -241,7 +241,7 @@ TEST(Selection, MissingToolsAreAskedAboutBehindTheConfirmation) {
 TEST(Details, ShowTheWholeProduct) {
   product_table table;
   product& record = add_product(table, "p", product_state::AVAILABLE);
-  set_version(record, {2, 1, 3, 4});
+  record.release = {2, 1, 3, 4};
   record.abstract = "What it is.";
   record.hardware = "Any.\nReally any.";
   record.needed_tools = "awk sed";
