@@ -41,9 +41,9 @@ void check(const product& record) {
   require(record.install == product_state::INITIALISED, "the record is initialised");
   require(record.id == "fuzz", "the record has its identifier");
   require(record.descr_avail != NO_DESCRIPTION, "the description was there");
-  require(record.needed_patches.back() == -1, "the list of patches has an end mark");
-  require(record.path_valid == NO_PATH && !record.owner_valid && !record.group_valid &&
-              !record.other_access_valid,
+  require(record.needed_patches.back() == needed_patch(), "the list of patches has an end mark");
+  require(record.path_valid == path_state::UNSETTLED && !record.owner_valid &&
+              !record.group_valid && !record.other_access_valid,
           "no setting is settled");
   require(is_contiguous(record.target_dep), "targets have no gap");
   for (const auto& target : record.target_dep) {

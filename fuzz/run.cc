@@ -89,7 +89,7 @@ void check(const product& record, const product_table& table) {
               "the supplier of a target to install is not a free slot");
     }
   }
-  for (const product* supplier : record.needed_patch_product) {
+  for (const auto& [level, supplier] : record.needed_patches) {
     require(supplier == nullptr || is_in(table, supplier), "an original is a record of the table");
   }
 }
@@ -113,7 +113,7 @@ std::vector<const product*> suppliers_of(const product& record) {
       if (category != nullptr) add(category->product);
     }
   }
-  for (const product* supplier : record.needed_patch_product) add(supplier);
+  for (const needed_patch& patch : record.needed_patches) add(patch.supplier);
   return suppliers;
 }
 

@@ -87,8 +87,8 @@ void store_patches(description& d, string_view value) {
   auto& patches = d.record.needed_patches;
   for (std::size_t k = 0;; ++k) {
     const bool last = k == patches.size() - 1;
-    patches[k] = last ? -1 : leading_number(value).value_or(-1);
-    if (patches[k] == -1) return;
+    patches[k].level = last ? -1 : leading_number(value).value_or(-1);
+    if (patches[k].level == -1) return;
     value.remove_prefix(std::min(value.find_first_of(" \t"), value.size()));
     value.remove_prefix(std::min(value.find_first_of("0123456789"), value.size()));
   }

@@ -41,6 +41,24 @@ std::string product_version(const product& record) {
   return "version " + version_numbers(record.release);
 }
 
+type_alternatives alternatives(const category_dep& category) {
+  const auto& types = category.type_dep;
+  return {types.begin(), std::find(types.begin(), types.end(), nullptr)};
+}
+
+const type_dep* chosen_alternative(const category_dep& category) {
+  if (alternatives(category).empty()) return nullptr;
+  return category.type_dep[static_cast<std::size_t>(category.type_num)].get();
+}
+
+std::vector<std::string_view> required_files(const type_dep& type) {
+  std::vector<std::string_view> files;
+  for (const long_text& file : type.file_dep) {
+    if (file && !file->empty()) files.push_back(*file);
+  }
+  return files;
+}
+
 const target_dep* resolved_target(const product& record, std::size_t slot) {
   const target_dep* target = record.target_dep[slot].get();
   return target != nullptr && target->install == target_state::RESOLVED ? target : nullptr;

@@ -6,8 +6,10 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "catalogue/release.h"
 #include "text/text.h"
@@ -50,10 +52,11 @@ inline constexpr int NO_DESCRIPTION = 0;
 inline constexpr int FIXED_LISTS = 1;
 inline constexpr int DESCRIBED = 2;
 
-// Values of `product::path_valid`.
-inline constexpr int NO_PATH = 0;
-inline constexpr int PATH_CHOSEN = 1;   // in this run
-inline constexpr int PATH_SCANNED = 2;  // the products installed there are in the table
+enum class path_state {
+  UNSETTLED = 0,
+  CHOSEN = 1,   // in this run
+  SCANNED = 2,  // the products installed there are in the table
+};
 
 struct product;
 
@@ -61,10 +64,8 @@ struct product;
 struct type_dep {
   name_text type;
   morvane::release release;
-  path_text std_path;  // proposed directory of such a product
-  // Files that an installed product must have. The list ends at the first absent entry; entries
-  // behind it may be left over from an earlier, longer list.
-  std::array<long_text, FILES> file_dep;
+  path_text std_path;                     // proposed directory of such a product
+  std::array<long_text, FILES> file_dep;  // ask `required_files`
 };
 
 // A dependency of a target on a product of a category.
@@ -73,7 +74,7 @@ struct category_dep {
   name_text category;
   title_text text;
   int type_num = -1;  // index of the chosen alternative, -1 while there are none
-  std::array<std::unique_ptr<morvane::type_dep>, TYPES> type_dep;
+  std::array<std::unique_ptr<morvane::type_dep>, TYPES> type_dep;  // ask `alternatives`
 };
 
 // An install target: a part of a product that its own makefile installs.
@@ -88,6 +89,14 @@ struct target_dep {
   long_text fix_group;
 };
 
+// A patch level of the product itself that it needs, 0 for the original, and who supplies it.
+struct needed_patch {
+  int level = -1;               // below 0: none
+  product* supplier = nullptr;  // once settled; points into the product table
+
+  bool operator==(const needed_patch&) const = default;
+};
+
 struct product {
   product_state install = product_state::FREE;
   int descr_avail = NO_DESCRIPTION;
@@ -100,9 +109,9 @@ struct product {
   long_text abstract;
   long_text hardware;
   std::array<std::unique_ptr<morvane::target_dep>, TARGETS> target_dep;
-  std::array<int, PATCHES> needed_patches;  // ends at the first -1
-  std::array<product*, PATCHES> needed_patch_product{};
-  int path_valid = NO_PATH;
+  // An earlier, longer list leaves its levels behind the end mark -1: they are settled as well.
+  std::array<needed_patch, PATCHES> needed_patches;
+  path_state path_valid = path_state::UNSETTLED;
   path_text path;
   long_text path_info;
   path_text path_env_var;
@@ -119,8 +128,6 @@ struct product {
   int other_access = 1;  // 1: other users keep access
   long_text other_access_info;
   long_text needed_tools;
-
-  product() { needed_patches.fill(-1); }
 };
 
 // All products of a run. Used slots stay contiguous from slot 0.
@@ -149,6 +156,18 @@ std::string_view product_name(const product& record);
 
 // Returns the version to show, such as "version 2.1.3, patch 4".
 std::string product_version(const product& record);
+
+using type_alternatives = std::span<const std::unique_ptr<type_dep>>;
+
+// Returns the type alternatives of `category`: those before the first empty slot.
+type_alternatives alternatives(const category_dep& category);
+
+// Returns the chosen alternative, or null where there are none.
+const type_dep* chosen_alternative(const category_dep& category);
+
+// Returns the files that an installed product of this type must have, as views of `type`. What an
+// earlier, longer list left behind the end mark, an absent entry, is required as well.
+std::vector<std::string_view> required_files(const type_dep& type);
 
 // Returns the target of `record` in `slot` where it is set and resolved, else null.
 const target_dep* resolved_target(const product& record, std::size_t slot);

@@ -17,7 +17,7 @@ void read_installed_product(std::string_view descriptions, std::string_view iden
                             product& record) {
   read_product(descriptions, identifier, record);
   record.install = product_state::INSTALLED;
-  record.path_valid = PATH_SCANNED;
+  record.path_valid = path_state::SCANNED;
 }
 
 scanned_slots read_all_descr_files(product_table& table, std::string_view path) {
@@ -27,8 +27,8 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
     if (is_free(record)) break;
     ++slots.first;
     if (record.path != path) continue;
-    if (record.path_valid == PATH_SCANNED) scanned_before = true;
-    if (record.path_valid == PATH_CHOSEN) record.path_valid = PATH_SCANNED;
+    if (record.path_valid == path_state::SCANNED) scanned_before = true;
+    if (record.path_valid == path_state::CHOSEN) record.path_valid = path_state::SCANNED;
   }
   if (scanned_before) return slots;
 

@@ -80,9 +80,9 @@ void print_target(const std::string& index, const target_dep& target) {
 
 void print_patches(const product& record) {
   print("\nneeded_patches (needed_patch_product):\n");
-  for (std::size_t k = 0; k < PATCHES && record.needed_patches[k] >= 0; ++k) {
-    put("needed_patches[%d] : %d\n", {static_cast<int>(k), record.needed_patches[k]});
-    const product* supplier = record.needed_patch_product[k];
+  for (std::size_t k = 0; k < PATCHES && record.needed_patches[k].level >= 0; ++k) {
+    const auto& [level, supplier] = record.needed_patches[k];
+    put("needed_patches[%d] : %d\n", {static_cast<int>(k), level});
     if (supplier == nullptr) continue;
     put("\tproduct->name    : %s\n", {supplier->name});
     put("\t       ->install : %d\n", {state_code(supplier->install)});
@@ -97,7 +97,7 @@ void print_names(std::string_view title, const std::array<name_text, FIXED_NAMES
 }
 
 void print_settings(const product& record) {
-  put("\npath_valid       : %d\n", {record.path_valid});
+  put("\npath_valid       : %d\n", {static_cast<int>(record.path_valid)});
   put("path             : %s\n", {record.path});
   put("path_info        : %s\n", {record.path_info});
   put("path_env_var     : %s\n", {record.path_env_var});

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "catalogue/rescan.h"
 #include "console/printer.h"
@@ -27,7 +28,7 @@ struct requirement {
   std::optional<std::string_view> type;
   release version;
   std::string_view proposed_directory;
-  const std::array<long_text, FILES>* files = nullptr;
+  std::vector<std::string_view> files;
 };
 
 // Walks the operator through one dependency.
@@ -77,40 +78,31 @@ class category_dialogue {
     print("\n");
   }
 
-  // Returns the number of type alternatives.
-  std::size_t alternatives() const {
-    const auto& types = category_.type_dep;
-    return static_cast<std::size_t>(std::find(types.begin(), types.end(), nullptr) - types.begin());
-  }
-
-  const type_dep& chosen_type() const {
-    return *category_.type_dep[static_cast<std::size_t>(category_.type_num)];
-  }
-
   // Asks for the type where there is a choice.
   void choose_type() {
-    if (alternatives() == 1) category_.type_num = 0;
-    if (alternatives() <= 1) return;
+    const type_alternatives types = alternatives(category_);
+    if (types.size() == 1) category_.type_num = 0;
+    if (types.size() <= 1) return;
     for (;;) {
-      const std::optional<std::string> answer = ask(type_question());
+      const std::optional<std::string> answer = ask(type_question(types));
       if (!answer) return;
-      for (std::size_t i = 0; i < alternatives(); ++i) {
-        if (category_.type_dep[i]->type != *answer) continue;
+      for (std::size_t i = 0; i < types.size(); ++i) {
+        if (types[i]->type != *answer) continue;
         category_.type_num = static_cast<int>(i);
         return;
       }
     }
   }
 
-  question type_question() const {
+  question type_question(type_alternatives types) const {
     question asked = about(TYPE_CHOICE);
     asked.text = fill("\n%s '%s' %s '%s'.\n",
                       {r[TYPE_CHOICE], category_.category, r[TYPE_CHOICE_END], record_.name});
-    for (std::size_t i = 0; i < alternatives(); ++i) {
-      asked.text += fill(i == 0 ? "%s" : ", %s", {category_.type_dep[i]->type});
+    for (std::size_t i = 0; i < types.size(); ++i) {
+      asked.text += fill(i == 0 ? "%s" : ", %s", {types[i]->type});
     }
-    asked.text += fill(" : (%s) ", {chosen_type().type});
-    asked.proposal = chosen_type().type;
+    asked.proposal = chosen_alternative(category_)->type;
+    asked.text += fill(" : (%s) ", {asked.proposal});
     return asked;
   }
 
@@ -125,16 +117,13 @@ class category_dialogue {
   requirement required() const {
     requirement wanted;
     wanted.category = category_.category;
-    if (alternatives() == 0) return wanted;
-    wanted.type = chosen_type().type.view();
-    wanted.version = chosen_type().release;
-    wanted.proposed_directory = chosen_type().std_path;
-    wanted.files = &chosen_type().file_dep;
+    const type_dep* type = chosen_alternative(category_);
+    if (type == nullptr) return wanted;
+    wanted.type = type->type.view();
+    wanted.version = type->release;
+    wanted.proposed_directory = type->std_path;
+    wanted.files = required_files(*type);
     return wanted;
-  }
-
-  file_check check_required_files(const requirement& wanted, std::string_view directory) const {
-    return wanted.files == nullptr ? file_check() : check_files(directory, *wanted.files);
   }
 
   // Tells whether `candidate` will be on the host and meets the requirement for certain. The files
@@ -145,8 +134,7 @@ class category_dialogue {
         version_check::SATISFIED) {
       return false;
     }
-    return !already_installed(candidate) ||
-           check_required_files(wanted, candidate.path).missing == 0;
+    return !already_installed(candidate) || missing_files(candidate.path, wanted.files).empty();
   }
 
   // Asks whether `candidate` is the one; settles the dependency where it is.
@@ -203,10 +191,10 @@ class category_dialogue {
     slot.full_name = category_.text.view();
 
     version_check version = version_check::SATISFIED;
-    file_check files;
+    std::vector<std::string_view> missing;
     if (directory.exists) {
       version = look_up_version(wanted, slot);
-      if (is_acceptable(version)) files = check_required_files(wanted, directory.path);
+      if (is_acceptable(version)) missing = missing_files(directory.path, wanted.files);
       if (version != version_check::SATISFIED && version != version_check::TOO_OLD) {
         slot.type = r[TYPE_UNKNOWN];
       }
@@ -214,10 +202,10 @@ class category_dialogue {
       slot.type = r[TYPE_NOT_ON_HOST];
     }
 
-    if (is_acceptable(version) && files.missing == 0) {
+    if (is_acceptable(version) && missing.empty()) {
       take_if(product_accept(record_, target_.target, slot), slot, product_state::INSTALLED);
     } else {
-      explain_mismatch(wanted, slot, version, files);
+      explain_mismatch(wanted, slot, version, missing);
       question asked = about(ACCEPT_MISMATCH);
       asked.text = r[ACCEPT_MISMATCH];
       asked.candidate = &slot;
@@ -243,7 +231,7 @@ class category_dialogue {
   }
 
   void explain_mismatch(const requirement& wanted, const product& slot, version_check version,
-                        const file_check& files) {
+                        const std::vector<std::string_view>& missing) {
     print(fill("\n%s '%s' %s\n",
                {r[MISMATCH_HEADING], category_.category, r[DEPENDENCY_CATEGORY_END]}));
     print(fill("\t%s\n", {category_.text}));
@@ -254,11 +242,9 @@ class category_dialogue {
     if (!is_acceptable(version)) {
       print(fill("\t%s %s\n", {r[MISMATCH_VERSION], version_numbers(wanted.version)}));
     }
-    if (files.missing != 0) {
+    if (!missing.empty()) {
       print(fill("\t%s\n\t\t", {r[MISMATCH_FILES]}));
-      for (std::size_t i = 0; i < FILES; ++i) {
-        if (files.states[i] == file_state::MISSING) print(fill(" %s", {(*wanted.files)[i]}));
-      }
+      for (const std::string_view file : missing) print(fill(" %s", {file}));
       print("\n");
     }
   }

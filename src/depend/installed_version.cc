@@ -99,20 +99,15 @@ version_check check_version(const product* record, std::optional<std::string_vie
   return unknown ? version_check::UNKNOWN : version_check::SATISFIED;
 }
 
-file_check check_files(std::string_view path, const std::array<long_text, FILES>& files) {
-  file_check result;
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    if (!files[i] || files[i]->empty()) {
-      result.states[i] = file_state::NOT_REQUIRED;
-    } else if (exists(files[i]->starts_with('/') ? std::string(path)
-                                                 : fill("%s/%s", {path, files[i]}))) {
-      result.states[i] = file_state::PRESENT;
-    } else {
-      result.states[i] = file_state::MISSING;
-      ++result.missing;
+std::vector<std::string_view> missing_files(std::string_view path,
+                                            std::span<const std::string_view> files) {
+  std::vector<std::string_view> missing;
+  for (const std::string_view file : files) {
+    if (!exists(file.starts_with('/') ? std::string(path) : fill("%s/%s", {path, file}))) {
+      missing.push_back(file);
     }
   }
-  return result;
+  return missing;
 }
 
 }  // namespace morvane

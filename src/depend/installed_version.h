@@ -2,9 +2,10 @@
 #ifndef MORVANE_DEPEND_INSTALLED_VERSION_H
 #define MORVANE_DEPEND_INSTALLED_VERSION_H
 
-#include <array>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include "catalogue/product.h"
 #include "catalogue/release.h"
@@ -20,14 +21,6 @@ enum class version_check {
   TOO_OLD = 2,
 };
 
-enum class file_state { MISSING = 0, PRESENT = 1, NOT_REQUIRED = 2 };
-
-// The outcome of `check_files`: one state an entry, and the number of missing files.
-struct file_check {
-  std::array<file_state, FILES> states{};
-  int missing = 0;
-};
-
 // Returns the version of the product of that category and type installed in `path`: that of
 // `record` where it is a described product of the table, else the highest among the descriptions in
 // `path`, else what the fallback for two known categories says. Numbers that nothing tells are -1.
@@ -39,9 +32,10 @@ release get_version(const product* record, std::string_view path, std::string_vi
 version_check check_version(const product* record, std::optional<std::string_view> category,
                             std::optional<std::string_view> type, const release& required);
 
-// Looks for the files that a product installed in `path` must have. An absolute entry only
+// Returns which of `files` a product installed in `path` does not have. An absolute name only
 // requires that `path` exists.
-file_check check_files(std::string_view path, const std::array<long_text, FILES>& files);
+std::vector<std::string_view> missing_files(std::string_view path,
+                                            std::span<const std::string_view> files);
 
 }  // namespace morvane
 

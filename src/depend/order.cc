@@ -41,7 +41,9 @@ void order_entry(product& record, std::vector<product*>& path, installation_orde
       if (category != nullptr) follow(category->product, path, order, count);
     }
   }
-  for (product* supplier : record.needed_patch_product) follow(supplier, path, order, count);
+  for (const needed_patch& patch : record.needed_patches) {
+    follow(patch.supplier, path, order, count);
+  }
   path.pop_back();
   if (count < TABLE_SIZE) order[static_cast<std::size_t>(count)] = &record;
   ++count;

@@ -85,25 +85,22 @@ void get_patch_depend(product_table& table, product* record, bool ask) {
     return;
   }
   if (!on_host_after_run(*record)) return;
-  for (std::size_t i = 0; i < PATCHES; ++i) {
-    const int patch = record->needed_patches[i];
-    product*& supplier = record->needed_patch_product[i];
-    if (patch < 0 || supplier != nullptr) continue;
+  for (auto& [level, supplier] : record->needed_patches) {
+    if (level < 0 || supplier != nullptr) continue;
     match_levels levels;
-    gen_possible(record, table, patch, levels);
+    gen_possible(record, table, level, levels);
     do {
       supplier = find_supplier(*record, table, levels);
-    } while (supplier == nullptr && ask && !leave_open(*record, patch));
+    } while (supplier == nullptr && ask && !leave_open(*record, level));
   }
 }
 
 void export_path_to_patch_depend(const product& record) {
-  if (!on_host_after_run(record) || record.path_valid == NO_PATH) return;
-  for (std::size_t i = 0; i < PATCHES; ++i) {
-    product* supplier = record.needed_patch_product[i];
-    if (record.needed_patches[i] < 0 || supplier == nullptr) continue;
+  if (!on_host_after_run(record) || record.path_valid == path_state::UNSETTLED) return;
+  for (const auto& [level, supplier] : record.needed_patches) {
+    if (level < 0 || supplier == nullptr) continue;
     const bool in_this_run = on_host_after_run(*supplier) && !already_installed(*supplier);
-    if (!in_this_run || supplier->path_valid != NO_PATH) continue;
+    if (!in_this_run || supplier->path_valid != path_state::UNSETTLED) continue;
     supplier->path = record.path;
     supplier->path_valid = record.path_valid;
   }

@@ -41,7 +41,7 @@ void get_product_depend(product& record, product_table& table) {
     if (target->install == target_state::WANTED) resolve_target(record, *target, table);
   }
   // The original that a patch applies to is often installed in the patch's own directory.
-  if (record.needed_patches[0] >= 0) read_all_descr_files(table, record.path);
+  if (record.needed_patches[0].level >= 0) read_all_descr_files(table, record.path);
   get_patch_depend(table, &record, true);
 }
 
@@ -56,7 +56,7 @@ void undo_get_product_depend(product& record, product_table& table, int first_fr
       if (category != nullptr) category->product = nullptr;
     }
   }
-  record.needed_patch_product.fill(nullptr);
+  for (needed_patch& patch : record.needed_patches) patch.supplier = nullptr;
 }
 
 }  // namespace morvane

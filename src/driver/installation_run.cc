@@ -50,7 +50,7 @@ bool wants_to_change(const product& record) {
 // Settles the settings of `record`, as often as the operator wants to change them. What was settled
 // before stays settled.
 void configure_product(product& record, product_table& table) {
-  const int path_valid = record.path_valid;
+  const path_state path_valid = record.path_valid;
   const bool owner_valid = record.owner_valid;
   const bool group_valid = record.group_valid;
   const bool other_access_valid = record.other_access_valid;

@@ -38,8 +38,8 @@ constexpr ownership_question GROUP = {
 const product* find_neighbour(const product& record, const product_table& table,
                               bool product::*valid) {
   const auto found = std::find_if(table.begin(), table.end(), [&](const product& other) {
-    return on_host_after_run(other) && other.path_valid > NO_PATH && other.path == record.path &&
-           other.*valid;
+    return on_host_after_run(other) && other.path_valid != path_state::UNSETTLED &&
+           other.path == record.path && other.*valid;
   });
   return found == table.end() ? nullptr : &*found;
 }

@@ -96,11 +96,11 @@ bool is_writable(const std::string& path) {
 // Returns the product whose directory `record` shares: the first settled one that supplies one of
 // its needed patches.
 const product* find_companion(const product& record) {
-  for (std::size_t i = 0; i < PATCHES && record.needed_patches[i] >= 0; ++i) {
-    const product* supplier = record.needed_patch_product[i];
-    if (supplier != nullptr && on_host_after_run(*supplier) && supplier->path_valid > NO_PATH) {
-      return supplier;
-    }
+  for (const auto& [level, supplier] : record.needed_patches) {
+    if (level < 0) break;
+    const bool settled = supplier != nullptr && on_host_after_run(*supplier) &&
+                         supplier->path_valid != path_state::UNSETTLED;
+    if (settled) return supplier;
   }
   return nullptr;
 }
@@ -132,10 +132,10 @@ chosen_path get_valid_path(const question& about, const path_demands& demands) {
 
 void get_product_path(product* record) {
   if (refuse_invalid_product(record, "get_product_path")) return;
-  if (record->path_valid != NO_PATH) return;
+  if (record->path_valid != path_state::UNSETTLED) return;
   if (const product* companion = find_companion(*record)) {
     record->path = companion->path;
-    record->path_valid = PATH_CHOSEN;
+    record->path_valid = path_state::CHOSEN;
     return;
   }
   print("\n");
@@ -154,7 +154,7 @@ void get_product_path(product* record) {
                           .proposal = record->path};
   record->path =
       get_valid_path(asked, {.offer_to_create = true, .writable = true, .insist = true}).path;
-  record->path_valid = PATH_CHOSEN;
+  record->path_valid = path_state::CHOSEN;
 }
 
 }  // namespace morvane

@@ -68,6 +68,10 @@ inline std::string shown(product_state state) {
   return std::to_string(static_cast<int>(state));
 }
 
+inline std::string shown(path_state state) {
+  return std::to_string(static_cast<int>(state));
+}
+
 // Returns the states of the used slots, such as "1 2 10".
 inline std::string states(const product_table& table) {
   std::string text;

@@ -36,9 +36,8 @@ product filled_product() {
   record.category = record.type = "text";
   record.abstract = record.hardware = "text";
   for (auto& target : record.target_dep) target = std::make_unique<target_dep>();
-  record.needed_patches.fill(7);
-  record.needed_patch_product.fill(&supplier);
-  record.path_valid = PATH_SCANNED;
+  record.needed_patches.fill({7, &supplier});
+  record.path_valid = path_state::SCANNED;
   record.path = record.path_env_var = "text";
   record.path_info = "text";
   record.owner_valid = record.group_valid = record.other_access_valid = true;
@@ -83,15 +82,17 @@ TEST(Product, IsPutIntoItsInitialState) {
     EXPECT_EQ(field, "");
   }
   EXPECT_EQ(record.release, (release{0, 0, 0, 0}));
-  EXPECT_EQ(record.path_valid, 0);
+  EXPECT_EQ(record.path_valid, path_state::UNSETTLED);
   for (const long_text* field :
        {&record.abstract, &record.hardware, &record.path_info, &record.owner_info,
         &record.group_info, &record.other_access_info, &record.needed_tools}) {
     EXPECT_FALSE(field->has_value());
   }
   for (const auto& target : record.target_dep) EXPECT_EQ(target, nullptr);
-  for (const int patch : record.needed_patches) EXPECT_EQ(patch, -1);
-  for (const product* supplier : record.needed_patch_product) EXPECT_EQ(supplier, nullptr);
+  for (const needed_patch& patch : record.needed_patches) {
+    EXPECT_EQ(patch.level, -1);
+    EXPECT_EQ(patch.supplier, nullptr);
+  }
   for (const name_text& name : record.fix_owner) EXPECT_TRUE(name.empty());
   for (const name_text& name : record.fix_group) EXPECT_TRUE(name.empty());
   EXPECT_FALSE(record.owner_valid);
@@ -104,7 +105,6 @@ TEST(Product, HasItsCapacities) {
   const product record;
   EXPECT_EQ(record.target_dep.size(), 12U);
   EXPECT_EQ(record.needed_patches.size(), 20U);
-  EXPECT_EQ(record.needed_patch_product.size(), 20U);
   EXPECT_EQ(record.fix_owner.size(), 10U);
   EXPECT_EQ(record.fix_group.size(), 10U);
   EXPECT_EQ(target_dep().category_dep.size(), 10U);
@@ -117,6 +117,9 @@ TEST(Product, StatesHaveTheirCodes) {
   EXPECT_EQ(static_cast<int>(target_state::NOT_WANTED), 1);
   EXPECT_EQ(static_cast<int>(target_state::WANTED), 2);
   EXPECT_EQ(static_cast<int>(target_state::RESOLVED), 3);
+  EXPECT_EQ(static_cast<int>(path_state::UNSETTLED), 0);
+  EXPECT_EQ(static_cast<int>(path_state::CHOSEN), 1);
+  EXPECT_EQ(static_cast<int>(path_state::SCANNED), 2);
 }
 
 TEST(Product, StatesMeanWhatTheirOrderSays) {
@@ -154,6 +157,31 @@ TEST(Product, GivesItsResolvedTargets) {
   EXPECT_EQ(resolved_target(record, 1), nullptr);
   record.target_dep[1]->install = target_state::RESOLVED;
   EXPECT_EQ(resolved_target(record, 1), record.target_dep[1].get());
+}
+
+TEST(Dependency, ItsAlternativesEndAtTheFirstGap) {
+  category_dep category;
+  EXPECT_TRUE(alternatives(category).empty());
+  EXPECT_EQ(chosen_alternative(category), nullptr);
+  for (auto& type : category.type_dep) type = std::make_unique<type_dep>();
+  category.type_num = 9;
+  EXPECT_EQ(alternatives(category).size(), 10U);
+  EXPECT_EQ(chosen_alternative(category), category.type_dep[9].get());
+  category.type_dep[2] = nullptr;
+  category.type_num = 1;
+  EXPECT_EQ(alternatives(category).size(), 2U);
+  EXPECT_EQ(alternatives(category).data(), category.type_dep.data());
+  EXPECT_EQ(chosen_alternative(category), category.type_dep[1].get());
+  category.type_dep[0] = nullptr;
+  EXPECT_EQ(chosen_alternative(category), nullptr);
+}
+
+TEST(Dependency, RequiresTheFilesBehindTheEndMarkAsWell) {
+  type_dep type;
+  EXPECT_TRUE(required_files(type).empty());
+  type.file_dep = {"bin/x", "", std::nullopt, "lib/y"};
+  type.file_dep[19] = "/etc";
+  EXPECT_EQ(required_files(type), (std::vector<std::string_view>{"bin/x", "lib/y", "/etc"}));
 }
 
 TEST(Dependency, StartsUnsettled) {

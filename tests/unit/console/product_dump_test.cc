@@ -88,7 +88,7 @@ TEST(ProductDump, ShowsEveryFieldOfTheProduct) {
   record.type = "fine";
   record.abstract = "first\nsecond";
   record.hardware = "100%s";
-  record.path_valid = 1;
+  record.path_valid = path_state::CHOSEN;
   record.path = "/opt/tool";
   record.path_info = "path info";
   record.path_env_var = "TOOL";
@@ -210,10 +210,9 @@ TEST(ProductDump, ShowsNeededPatchesUpToTheEndMark) {
   product supplier = initialised();
   supplier.id = "patch-7";
   supplier.name = "patch";
-  record.needed_patches[0] = 7;
-  record.needed_patch_product[0] = &supplier;
-  record.needed_patches[1] = 0;
-  record.needed_patches[3] = 9;  // behind the end mark
+  record.needed_patches[0] = {7, &supplier};
+  record.needed_patches[1].level = 0;
+  record.needed_patches[3].level = 9;  // behind the end mark
   EXPECT_EQ(dump(record), std::string(RULE) + UNFILLED_HEAD + NO_PATCHES +
                               "needed_patches[0] : 7\n"
                               "\tproduct->name    : patch\n"
@@ -225,7 +224,7 @@ TEST(ProductDump, ShowsNeededPatchesUpToTheEndMark) {
 
 TEST(ProductDump, ShowsAFullPatchListToItsEnd) {
   product record = initialised();
-  record.needed_patches.fill(5);
+  record.needed_patches.fill({5});
   EXPECT_NE(dump(record).find("needed_patches[19] : 5\n\npath_valid "), std::string::npos);
 }
 

@@ -223,39 +223,24 @@ TEST(VersionCheck, WithoutATypeNoVersionIsRead) {
   EXPECT_EQ(seen.err, "");
 }
 
-TEST(FileCheck, TakesAnAbsoluteEntryForTheDirectoryItself) {
+using names = std::vector<std::string_view>;
+
+TEST(MissingFiles, AnAbsoluteNameStandsForTheDirectoryItself) {
   const scratch_directory directory;
   write_file("db/lib/x", "");
-  const std::array<long_text, FILES> files = {"lib/x", "/no/such", "", "lib/y"};
-  const file_check seen = check_files("db", files);
-  EXPECT_EQ(seen.missing, 1);
-  EXPECT_EQ(seen.states[0], file_state::PRESENT);
-  EXPECT_EQ(seen.states[1], file_state::PRESENT);
-  EXPECT_EQ(seen.states[2], file_state::NOT_REQUIRED);
-  EXPECT_EQ(seen.states[3], file_state::MISSING);
-  EXPECT_EQ(seen.states[4], file_state::NOT_REQUIRED);
-  EXPECT_EQ(check_files("no/such", files).missing, 3);
+  const names files = {"lib/x", "/no/such", "lib/y"};
+  EXPECT_EQ(missing_files("db", files), names{"lib/y"});
+  EXPECT_EQ(missing_files("no/such", files), files);
+  EXPECT_EQ(missing_files("no/such", {}), names());
 }
 
-TEST(FileCheck, WalksAllEntriesBehindAnAbsentOne) {
-  const scratch_directory directory;
-  std::array<long_text, FILES> files;
-  files[19] = "x";
-  EXPECT_EQ(check_files(".", files).missing, 1);
-  write_file("x", "");
-  EXPECT_EQ(check_files(".", files).states[19], file_state::PRESENT);
-}
-
-TEST(FileCheck, LongNamesAreNotCutAndNoPermissionIsNeeded) {
+TEST(MissingFiles, LongNamesAreNotCutAndNoPermissionIsNeeded) {
   const scratch_directory directory;
   const std::string deep = std::string(200, 'a') + "/" + std::string(100, 'b');
   write_file(deep, "");
   std::filesystem::permissions(deep, std::filesystem::perms::none);
-  std::array<long_text, FILES> files;
-  files[0] = deep;
-  EXPECT_EQ(check_files(".", files).missing, 0);
-  files[0] = deep + "c";
-  EXPECT_EQ(check_files(".", files).missing, 1);
+  const std::string deeper = deep + "c";
+  EXPECT_EQ(missing_files(".", names{deep, deeper}), names{deeper});
 }
 
 }  // namespace

@@ -84,8 +84,8 @@ TEST(Order, FollowsTargetsAndCategoriesByTheirSlotsAndPatchesLast) {
   for (std::size_t i = 0; i < 5; ++i) {
     suppliers[i] = &add_product(table, ids[i], product_state::CONFIGURED);
   }
-  x.needed_patch_product[3] = suppliers[1];
-  x.needed_patch_product[19] = suppliers[0];
+  x.needed_patches[3] = {0, suppliers[1]};
+  x.needed_patches[19] = {0, suppliers[0]};
   add_category(depend(x, *suppliers[4]), "C", suppliers[3]);
   depend(x, *suppliers[2]);
   // Gaps are no end.
@@ -109,7 +109,7 @@ TEST(Order, EveryLinkThatClosesARingIsReported) {
   depend(three.x, three.y);
   depend(three.y, three.z);
   depend(three.z, three.x);
-  three.z.needed_patch_product[0] = &three.y;
+  three.z.needed_patches[0] = {0, &three.y};
   const outcome seen = order_of(three.table);
   EXPECT_EQ(seen.result, "Z Y X");
   EXPECT_EQ(seen.err, RING + RING);
@@ -120,7 +120,7 @@ TEST(Order, IgnoresSuppliersThatTakeNoPart) {
                            product_state::SELECTED, product_state::FREE}) {
     three_products three;
     depend(three.x, three.y);
-    three.x.needed_patch_product[0] = &three.y;
+    three.x.needed_patches[0] = {0, &three.y};
     depend(three.y, three.z);
     three.y.install = state;
     EXPECT_EQ(order_of(three.table).result, "X Z");
@@ -133,7 +133,7 @@ TEST(Order, IgnoresSuppliersElsewhereButNotPatches) {
   EXPECT_EQ(order_of(three.table).result, "X Y Z");
   depend(three.x, three.y).need_no_install = -1;
   EXPECT_EQ(order_of(three.table).result, "X Y Z");
-  three.x.needed_patch_product[0] = &three.y;
+  three.x.needed_patches[0] = {0, &three.y};
   EXPECT_EQ(order_of(three.table).result, "Y X Z");
 }
 

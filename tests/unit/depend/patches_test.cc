@@ -36,7 +36,7 @@ class patched_table {
  public:
   patched_table() {
     patch.path = "/opt/app";
-    patch.needed_patches[0] = 0;
+    patch.needed_patches[0].level = 0;
   }
   product_table table;
   product& patch = add_app(table, 3, product_state::SELECTED);
@@ -50,7 +50,7 @@ outcome settle(std::string_view typed, patched_table& products, bool ask) {
     get_patch_depend(products.table, &products.patch, ask);
     std::string found;
     for (std::size_t i = 0; i < PATCHES; ++i) {
-      const product* supplier = products.patch.needed_patch_product[i];
+      const product* supplier = products.patch.needed_patches[i].supplier;
       if (supplier == nullptr) continue;
       found += (found.empty() ? "" : " ") + std::to_string(i) + ":" +
                std::to_string(supplier - products.table.data());
@@ -216,7 +216,7 @@ TEST(PatchSupplier, IsReportedMissing) {
 
 TEST(PatchSupplier, TheMissingLevelIsNamed) {
   patched_table products;
-  products.patch.needed_patches[0] = 2;
+  products.patch.needed_patches[0].level = 2;
   EXPECT_NE(settle("\n", products, true).out.find("<269> 'app patch 2'.\n\n"), std::string::npos);
 }
 
@@ -234,10 +234,8 @@ TEST(PatchSupplier, EveryIndexIsWalkedAndSettledOnesAreKept) {
   product& other = add_app(products.table, 7, product_state::INSTALLED);
   add_app(products.table, 1, product_state::INSTALLED);
   add_app(products.table, 2, product_state::INSTALLED);
-  products.patch.needed_patches = {0, 1, -1, 2};
-  products.patch.needed_patches[19] = 3;
-  for (std::size_t i = 4; i < 19; ++i) products.patch.needed_patches[i] = -1;
-  products.patch.needed_patch_product[0] = &other;
+  products.patch.needed_patches = {{{0, &other}, {1}, {-1}, {2}}};
+  products.patch.needed_patches[19].level = 3;
   EXPECT_EQ(settle("", products, true).result, "0:1 1:2 3:3 19:0");
 }
 
@@ -272,22 +270,25 @@ TEST(PatchSupplier, TheEndOfInputQuits) {
 TEST(PathExport, GivesThePathToSuppliersOfThisRunThatHaveNone) {
   const struct {
     product_state state;
-    int path_valid;
+    path_state path_valid;
     bool exported;
   } cases[] = {
-      {product_state::SELECTED, NO_PATH, true},        {product_state::CONFIGURED, NO_PATH, true},
-      {product_state::CONFIGURED, PATH_CHOSEN, false}, {product_state::AVAILABLE, NO_PATH, false},
-      {product_state::ACCEPTED, NO_PATH, false},       {product_state::INSTALLED, NO_PATH, false},
+      {product_state::SELECTED, path_state::UNSETTLED, true},
+      {product_state::CONFIGURED, path_state::UNSETTLED, true},
+      {product_state::CONFIGURED, path_state::CHOSEN, false},
+      {product_state::AVAILABLE, path_state::UNSETTLED, false},
+      {product_state::ACCEPTED, path_state::UNSETTLED, false},
+      {product_state::INSTALLED, path_state::UNSETTLED, false},
   };
   for (const auto& [state, path_valid, exported] : cases) {
     patched_table products;
     product& supplier = add_app(products.table, 0, state);
     supplier.path_valid = path_valid;
-    products.patch.path_valid = PATH_SCANNED;
-    products.patch.needed_patch_product[0] = &supplier;
+    products.patch.path_valid = path_state::SCANNED;
+    products.patch.needed_patches[0].supplier = &supplier;
     export_path_to_patch_depend(products.patch);
     EXPECT_EQ(supplier.path, exported ? "/opt/app" : "") << shown(state);
-    EXPECT_EQ(supplier.path_valid, exported ? PATH_SCANNED : path_valid);
+    EXPECT_EQ(supplier.path_valid, exported ? path_state::SCANNED : path_valid);
   }
 }
 
@@ -295,10 +296,9 @@ TEST(PathExport, WalksAllIndicesWithANeededPatch) {
   patched_table products;
   product& last = add_app(products.table, 0, product_state::SELECTED);
   product& not_needed = add_app(products.table, 0, product_state::SELECTED);
-  products.patch.path_valid = PATH_CHOSEN;
-  products.patch.needed_patches[19] = 0;
-  products.patch.needed_patch_product[19] = &last;
-  products.patch.needed_patch_product[5] = &not_needed;
+  products.patch.path_valid = path_state::CHOSEN;
+  products.patch.needed_patches[19] = {0, &last};
+  products.patch.needed_patches[5] = {-1, &not_needed};
   export_path_to_patch_depend(products.patch);
   EXPECT_EQ(last.path, "/opt/app");
   EXPECT_EQ(not_needed.path, "");
@@ -307,9 +307,9 @@ TEST(PathExport, WalksAllIndicesWithANeededPatch) {
 TEST(PathExport, NeedsASettledProduct) {
   patched_table products;
   product& supplier = add_app(products.table, 0, product_state::SELECTED);
-  products.patch.needed_patch_product[0] = &supplier;
+  products.patch.needed_patches[0].supplier = &supplier;
   export_path_to_patch_depend(products.patch);
-  products.patch.path_valid = PATH_CHOSEN;
+  products.patch.path_valid = path_state::CHOSEN;
   products.patch.install = product_state::AVAILABLE;
   export_path_to_patch_depend(products.patch);
   EXPECT_EQ(supplier.path, "");

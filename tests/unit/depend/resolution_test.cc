@@ -102,7 +102,7 @@ TEST(ProductDependencies, WithoutRightsTheProductIsGivenUp) {
   open_to_everybody(".");
   app_table products;
   products.first.fix_group = "no-such-group";
-  products.app.needed_patches[0] = 0;
+  products.app.needed_patches[0].level = 0;
   const outcome seen = products.settle("");
   EXPECT_EQ(seen.out, FIRST + "<97> <99> 'no-such-group' !\n<90> 'first' !\n\n<91> app !\n\n");
   EXPECT_EQ(seen.result, "1: 1 1");
@@ -162,17 +162,17 @@ TEST(ProductDependencies, APatchReadsTheProductsOfItsOwnDirectory) {
   app_table products;
   products.app.target_dep = {};
   products.app.path = directory.path() + "/opt";
-  products.app.path_valid = PATH_CHOSEN;
+  products.app.path_valid = path_state::CHOSEN;
   products.app.release = {1, 0, 0, 2};
   const auto settle = [&] {
     return in_child("", [&] {
       get_product_depend(products.app, products.table);
-      const product* original = products.app.needed_patch_product[0];
+      const product* original = products.app.needed_patches[0].supplier;
       return states(products.table) + (original == &products.table[2] ? " found" : "");
     });
   };
   EXPECT_EQ(settle().result, "2 2");
-  products.app.needed_patches[0] = 0;
+  products.app.needed_patches[0].level = 0;
   const outcome seen = settle();
   EXPECT_EQ(seen.result, "2 2 10 found");
   EXPECT_EQ(seen.out, "");
@@ -184,7 +184,7 @@ TEST(ProductDependencies, AMissingOriginalIsReported) {
   products.app.target_dep = {};
   products.app.path = directory.path();
   products.app.release.patch = 2;
-  products.app.needed_patches[0] = 0;
+  products.app.needed_patches[0].level = 0;
   products.db.category = "DB";
   EXPECT_TRUE(products.settle("y\n").out.starts_with("\n\n<290>\n"));
 }
@@ -199,7 +199,7 @@ TEST(Undo, TakesBackWhatWasDone) {
   needed.type_num = 1;
   products.first.install = products.second.install = target_state::RESOLVED;
   products.app.target_dep[11] = std::move(products.app.target_dep[1]);
-  products.app.needed_patch_product[0] = products.app.needed_patch_product[19] = &products.db;
+  products.app.needed_patches[0] = products.app.needed_patches[19] = {0, &products.db};
   products.table[49].install = product_state::INSTALLED;
 
   undo_get_product_depend(products.app, products.table, 2);
@@ -209,7 +209,7 @@ TEST(Undo, TakesBackWhatWasDone) {
   EXPECT_EQ(products.summary(), "2: 1 1");
   EXPECT_EQ(needed.product, nullptr);
   EXPECT_EQ(needed.type_num, 1);
-  for (const product* supplier : products.app.needed_patch_product) EXPECT_EQ(supplier, nullptr);
+  for (const needed_patch& patch : products.app.needed_patches) EXPECT_EQ(patch.supplier, nullptr);
 }
 
 TEST(Undo, LeavesAFullTableAndScannedPathsAlone) {
@@ -217,10 +217,10 @@ TEST(Undo, LeavesAFullTableAndScannedPathsAlone) {
   while (get_next_free_product(products.table) < TABLE_SIZE) {
     add_product(products.table, "p", product_state::INSTALLED);
   }
-  products.db.path_valid = PATH_SCANNED;
+  products.db.path_valid = path_state::SCANNED;
   undo_get_product_depend(products.app, products.table, TABLE_SIZE);
   EXPECT_EQ(products.table[49].install, product_state::INSTALLED);
-  EXPECT_EQ(products.db.path_valid, PATH_SCANNED);
+  EXPECT_EQ(products.db.path_valid, path_state::SCANNED);
 }
 
 }  // namespace

@@ -47,13 +47,13 @@ class app_table {
  public:
   app_table() {
     app().path = "/opt";
-    app().path_valid = PATH_CHOSEN;
+    app().path_valid = path_state::CHOSEN;
   }
   product& app() { return app_; }
   product& add_neighbour(product_state state = product_state::CONFIGURED) {
     product& neighbour = add_product(table, "neighbour", state);
     neighbour.path = "/opt";
-    neighbour.path_valid = PATH_CHOSEN;
+    neighbour.path_valid = path_state::CHOSEN;
     neighbour.owner_valid = neighbour.group_valid = true;
     return neighbour;
   }
@@ -202,7 +202,7 @@ TEST(Owner, IsThatOfTheFirstSettledProductInTheSamePlace) {
   app_table products;
   products.add_neighbour(product_state::AVAILABLE).owner = "available";
   products.add_neighbour().path = "/opt/";
-  products.add_neighbour().path_valid = NO_PATH;
+  products.add_neighbour().path_valid = path_state::UNSETTLED;
   products.add_neighbour().owner_valid = false;
   products.add_neighbour(product_state::INSTALLED).owner = own_user();
   products.add_neighbour().owner = "root";
@@ -214,7 +214,7 @@ TEST(Group, IsThatOfTheFirstSettledProductInTheSamePlace) {
   app_table products;
   products.add_neighbour(product_state::AVAILABLE).group = "available";
   products.add_neighbour().path = "/opt/";
-  products.add_neighbour().path_valid = NO_PATH;
+  products.add_neighbour().path_valid = path_state::UNSETTLED;
   products.add_neighbour().group_valid = false;
   products.add_neighbour(product_state::INSTALLED).group = own_group();
   products.add_neighbour().group = "root";

@@ -255,7 +255,7 @@ outcome settle(std::string_view typed, product& record, const char* variable = n
   return in_child(typed, [&] {
     if (variable != nullptr) setenv("APP_PATH", variable, 1);
     get_product_path(&record);
-    return std::string(record.path) + " " + std::to_string(record.path_valid);
+    return std::string(record.path) + " " + shown(record.path_valid);
   });
 }
 
@@ -320,13 +320,13 @@ TEST(ProductPath, AVariableIsCutTo127Bytes) {
 }
 
 TEST(ProductPath, ASettledOneIsNotAskedFor) {
-  for (const int mark : {PATH_CHOSEN, PATH_SCANNED}) {
+  for (const path_state mark : {path_state::CHOSEN, path_state::SCANNED}) {
     product record = selected_product();
     record.path = "/opt";
     record.path_valid = mark;
     const outcome seen = settle("", record);
     EXPECT_EQ(seen.out, "");
-    EXPECT_EQ(seen.result, "/opt " + std::to_string(mark));
+    EXPECT_EQ(seen.result, "/opt " + shown(mark));
   }
 }
 
@@ -335,10 +335,9 @@ TEST(ProductPath, IsThatOfTheFirstSettledProductThatItPatches) {
   product absent, unsettled, settled;
   for (product* each : {&absent, &unsettled, &settled}) each->install = product_state::SELECTED;
   absent.install = product_state::AVAILABLE;
-  absent.path_valid = settled.path_valid = PATH_CHOSEN;
+  absent.path_valid = settled.path_valid = path_state::CHOSEN;
   settled.path = "/opt/base";
-  record.needed_patch_product = {nullptr, &absent, &unsettled, &settled};
-  for (std::size_t i = 0; i < 4; ++i) record.needed_patches[i] = 1;
+  record.needed_patches = {{{1, nullptr}, {1, &absent}, {1, &unsettled}, {1, &settled}}};
   const outcome seen = settle("", record);
   EXPECT_EQ(seen.out, "");
   EXPECT_EQ(seen.result, "/opt/base 1");
@@ -347,9 +346,8 @@ TEST(ProductPath, IsThatOfTheFirstSettledProductThatItPatches) {
 TEST(ProductPath, IsAskedForWhereTheSupplierStandsBehindTheEndOfTheList) {
   product record = selected_product();
   product settled = selected_product();
-  settled.path_valid = PATH_CHOSEN;
-  record.needed_patch_product[1] = &settled;
-  record.needed_patches[1] = 1;
+  settled.path_valid = path_state::CHOSEN;
+  record.needed_patches[1] = {1, &settled};
   EXPECT_EQ(settle("q\n", record).out, APP_QUESTION + "<299>");
 }
 
