@@ -4,13 +4,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "catalogue/rescan.h"
 #include "console/printer.h"
 #include "console/question.h"
 #include "depend/confirmation.h"
 #include "depend/installed_version.h"
+#include "depend/requirement.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "settings/path.h"
@@ -20,16 +20,6 @@
 namespace morvane {
 
 namespace {
-
-// What the supplier must be, by the type alternative chosen. Without alternatives every type will
-// do, in every version and without files.
-struct requirement {
-  std::string_view category;
-  std::optional<std::string_view> type;
-  release version;
-  std::string_view proposed_directory;
-  std::vector<std::string_view> files;
-};
 
 // Walks the operator through one dependency.
 class category_dialogue {
@@ -43,7 +33,7 @@ class category_dialogue {
   void attempt() {
     announce();
     choose_type();
-    const requirement wanted = required();
+    const requirement wanted = requirement_of(category_.category, chosen_alternative(category_));
     if (!offer_from_table(wanted)) search_directory(wanted);
     print("\n");
   }
@@ -53,7 +43,7 @@ class category_dialogue {
  private:
   // Asks for a directory and offers what is described there, else what the operator says is there.
   void search_directory(const requirement& wanted) {
-    const chosen_path directory = ask_for_directory(wanted);
+    const chosen_path directory = ask_for_directory();
     const scanned_slots scanned = read_all_descr_files(table_, directory.path);
     const bool refused = directory.exists && offer_from_directory(wanted, directory.path, scanned);
     if (settled()) return;
@@ -114,27 +104,10 @@ class category_dialogue {
             .category = category_.category};
   }
 
-  requirement required() const {
-    requirement wanted;
-    wanted.category = category_.category;
-    const type_dep* type = chosen_alternative(category_);
-    if (type == nullptr) return wanted;
-    wanted.type = type->type.view();
-    wanted.version = type->release;
-    wanted.proposed_directory = type->std_path;
-    wanted.files = required_files(*type);
-    return wanted;
-  }
-
-  // Tells whether `candidate` will be on the host and meets the requirement for certain. The files
-  // of a product that is installed in this run are not there yet.
+  // Tells whether `candidate` will be on the host and meets the requirement for certain.
   bool qualifies(const product& candidate, const requirement& wanted) const {
-    if (!on_host_after_run(candidate)) return false;
-    if (check_version(&candidate, wanted.category, wanted.type, wanted.version) !=
-        version_check::SATISFIED) {
-      return false;
-    }
-    return !already_installed(candidate) || missing_files(candidate.path, wanted.files).empty();
+    return on_host_after_run(candidate) &&
+           examine(candidate, wanted, in_doubt::REFUSE, get_version).is_met();
   }
 
   // Asks whether `candidate` is the one; settles the dependency where it is.
@@ -152,11 +125,12 @@ class category_dialogue {
     });
   }
 
-  chosen_path ask_for_directory(const requirement& wanted) {
+  chosen_path ask_for_directory() {
     question asked = about(DIRECTORY_QUESTION);
     asked.text = fill("\n%s '%s' %s",
                       {r[DIRECTORY_QUESTION], category_.category, r[DIRECTORY_QUESTION_END]});
-    asked.proposal = wanted.proposed_directory;
+    const type_dep* type = chosen_alternative(category_);
+    if (type != nullptr) asked.proposal = type->std_path;
     return get_valid_path(asked, {.insist = target_.need_no_install == 0});
   }
 
@@ -185,27 +159,23 @@ class category_dialogue {
   // known, and asks whether to take it.
   void add_discovered(const requirement& wanted, const chosen_path& directory, product& slot) {
     init_product(slot);
+    slot.install = product_state::INSTALLED;
     slot.category = category_.category;
     slot.type = wanted.type.value_or("");
     slot.path = directory.path;
     slot.full_name = category_.text.view();
 
-    version_check version = version_check::SATISFIED;
-    std::vector<std::string_view> missing;
+    verdict found;
     if (directory.exists) {
-      version = look_up_version(wanted, slot);
-      if (is_acceptable(version)) missing = missing_files(directory.path, wanted.files);
-      if (version != version_check::SATISFIED && version != version_check::TOO_OLD) {
-        slot.type = r[TYPE_UNKNOWN];
-      }
+      found = examine_discovered(wanted, slot);
     } else {
       slot.type = r[TYPE_NOT_ON_HOST];
     }
 
-    if (is_acceptable(version) && missing.empty()) {
+    if (found.is_met()) {
       take_if(product_accept(record_, target_.target, slot), slot, product_state::INSTALLED);
     } else {
-      explain_mismatch(wanted, slot, version, missing);
+      explain_mismatch(wanted, slot, found);
       question asked = about(ACCEPT_MISMATCH);
       asked.text = r[ACCEPT_MISMATCH];
       asked.candidate = &slot;
@@ -214,15 +184,15 @@ class category_dialogue {
     }
   }
 
-  static bool is_acceptable(version_check version) {
-    return version == version_check::SATISFIED || version == version_check::UNKNOWN;
-  }
-
   // Stores the installed version in `slot` and returns how it compares. The comparison looks the
   // version up once more, as for any product without an identifier, with all its questions.
-  static version_check look_up_version(const requirement& wanted, product& slot) {
+  static verdict examine_discovered(const requirement& wanted, product& slot) {
     slot.release = get_version(nullptr, slot.path, wanted.category, wanted.type);
-    return check_version(&slot, wanted.category, wanted.type, wanted.version);
+    const verdict found = examine(slot, wanted, in_doubt::ACCEPT, get_version);
+    const bool version_known =
+        found.version == version_check::SATISFIED || found.version == version_check::TOO_OLD;
+    if (!version_known) slot.type = r[TYPE_UNKNOWN];
+    return found;
   }
 
   void take_if(bool accepted, product& slot, product_state state) {
@@ -230,8 +200,7 @@ class category_dialogue {
     if (accepted) category_.product = &slot;
   }
 
-  void explain_mismatch(const requirement& wanted, const product& slot, version_check version,
-                        const std::vector<std::string_view>& missing) {
+  void explain_mismatch(const requirement& wanted, const product& slot, const verdict& found) {
     print(fill("\n%s '%s' %s\n",
                {r[MISMATCH_HEADING], category_.category, r[DEPENDENCY_CATEGORY_END]}));
     print(fill("\t%s\n", {category_.text}));
@@ -239,12 +208,12 @@ class category_dialogue {
     print(fill("\ttype      : %s\n", {slot.type}));
     print(version_line(slot));
     print(fill("%s\n", {r[MISMATCH_REASONS]}));
-    if (!is_acceptable(version)) {
-      print(fill("\t%s %s\n", {r[MISMATCH_VERSION], version_numbers(wanted.version)}));
+    if (!found.version_will_do) {
+      print(fill("\t%s %s\n", {r[MISMATCH_VERSION], version_numbers(wanted.minimum)}));
     }
-    if (!missing.empty()) {
+    if (!found.missing_files.empty()) {
       print(fill("\t%s\n\t\t", {r[MISMATCH_FILES]}));
-      for (const std::string_view file : missing) print(fill(" %s", {file}));
+      for (const std::string_view file : found.missing_files) print(fill(" %s", {file}));
       print("\n");
     }
   }

@@ -72,6 +72,12 @@ inline std::string shown(path_state state) {
   return std::to_string(static_cast<int>(state));
 }
 
+// Returns all four numbers, such as "2.1.3.4".
+inline std::string shown(const release& version) {
+  return std::to_string(version.version) + "." + std::to_string(version.subversion) + "." +
+         std::to_string(version.minorversion) + "." + std::to_string(version.patch);
+}
+
 // Returns the states of the used slots, such as "1 2 10".
 inline std::string states(const product_table& table) {
   std::string text;

@@ -19,11 +19,6 @@ void describe(const std::string& id, const std::string& category, const std::str
                                                 "\nPatch = " + std::to_string(patch) + "\n");
 }
 
-std::string shown(const release& version) {
-  return std::to_string(version.version) + "." + std::to_string(version.subversion) + "." +
-         std::to_string(version.minorversion) + "." + std::to_string(version.patch);
-}
-
 outcome look_up(const std::string& category, const optional_type& type,
                 const product* record = nullptr, std::string_view typed = "") {
   return in_child(typed, [&] { return shown(get_version(record, "db", category, type)); });
@@ -31,21 +26,6 @@ outcome look_up(const std::string& category, const optional_type& type,
 
 std::string version_in_db(const std::string& category, const optional_type& type) {
   return look_up(category, type).result;
-}
-
-product db_product(const release& version) {
-  product record;
-  record.install = product_state::INSTALLED;
-  record.id = "db";
-  record.category = "DB";
-  record.type = "sql";
-  record.path = "db";
-  record.release = version;
-  return record;
-}
-
-version_check check(const product& record, const release& required) {
-  return check_version(&record, "DB", "sql", required);
 }
 
 TEST(InstalledVersion, IsTheHighestOfTheDescribedOnes) {
@@ -94,8 +74,10 @@ TEST(InstalledVersion, ADescribedProductOfTheTableTellsItsOwn) {
   use_test_messages();
   const scratch_directory directory;
   describe("a", "DB", "sql", "7.0");
-  product record = db_product({1, 2, 3, 4});
+  product record;
   record.install = product_state::SELECTED;
+  record.id = "db";
+  record.release = {1, 2, 3, 4};
   EXPECT_EQ(look_up("DB", "sql", &record).result, "1.2.3.4");
   EXPECT_EQ(look_up("anything", std::nullopt, &record).result, "1.2.3.4");
   record.install = product_state::AVAILABLE;
@@ -164,83 +146,6 @@ TEST(InstalledVersion, TheLinksToolIsAskedForWhereItIsNotFound) {
   const scratch_directory directory;
   const outcome seen = look_up("LINKS", "linksa", nullptr, "q\n");
   EXPECT_EQ(seen.out, "\n<104>\n<105>\n<106> (db/config/links.conf): <299>");
-}
-
-TEST(VersionCheck, ComparesWithTheMinimum) {
-  const release required = {1, 2, 0, 0};
-  const struct {
-    release installed;
-    version_check outcome;
-  } cases[] = {
-      {{1, 2, 0, 0}, version_check::SATISFIED}, {{1, 1, 9, 9}, version_check::TOO_OLD},
-      {{1, 3, 0, 0}, version_check::SATISFIED}, {{2, 0, 0, 0}, version_check::SATISFIED},
-      {{1, 2, 0, 1}, version_check::SATISFIED}, {{0, 9, 9, 9}, version_check::TOO_OLD},
-      {{1, 2, -1, 0}, version_check::UNKNOWN},  {{1, -1, 0, 0}, version_check::UNKNOWN},
-      {{0, -1, 0, 0}, version_check::TOO_OLD},  {{1, 2, 0, -1}, version_check::UNKNOWN},
-      {{1, 2, -2, 0}, version_check::TOO_OLD},  {{-2, 2, 0, 0}, version_check::TOO_OLD},
-  };
-  for (const auto& [installed, outcome] : cases) {
-    EXPECT_EQ(check(db_product(installed), required), outcome) << shown(installed);
-  }
-  EXPECT_EQ(check(db_product({1, 2, 3, 3}), {1, 2, 3, 4}), version_check::TOO_OLD);
-  EXPECT_EQ(check(db_product({1, 2, 3, 4}), {1, 2, 3, 4}), version_check::SATISFIED);
-}
-
-TEST(VersionCheck, AnEntirelyUnknownVersionPassesAsUnknown) {
-  use_test_messages();
-  const scratch_directory directory;
-  product record = db_product({0, 0, 0, 0});
-  record.id = "";
-  const outcome seen = in_child("", [&] {
-    return std::to_string(static_cast<int>(check(record, {9, 9, 9, 9})));
-  });
-  EXPECT_EQ(seen.result, "1");
-}
-
-TEST(VersionCheck, ComparesCategoryAndTypeFirst) {
-  const product record = db_product({1, 0, 0, 0});
-  const release high = {9, 0, 0, 0};
-  EXPECT_EQ(check_version(nullptr, "DB", "sql", high), version_check::SATISFIED);
-  EXPECT_EQ(check_version(&record, std::nullopt, "sql", high), version_check::SATISFIED);
-  EXPECT_EQ(check_version(&record, "OTHER", "other", high), version_check::OTHER_CATEGORY);
-  EXPECT_EQ(check_version(&record, "OTHER", std::nullopt, high), version_check::OTHER_CATEGORY);
-  EXPECT_EQ(check_version(&record, "DB", "other", high), version_check::OTHER_TYPE);
-  EXPECT_EQ(check_version(&record, "DB", "", high), version_check::OTHER_TYPE);
-  EXPECT_EQ(check_version(&record, "DB", "sql", high), version_check::TOO_OLD);
-}
-
-TEST(VersionCheck, WithoutATypeNoVersionIsRead) {
-  use_test_messages();
-  const scratch_directory directory;
-  write_file("db/install/a.descr", "fault = 1\n");
-  product record = db_product({0, 0, 0, 0});
-  record.id = "";
-  const outcome seen = in_child("", [&] {
-    const auto result = check_version(&record, "DB", std::nullopt, {9, 0, 0, 0});
-    return std::to_string(static_cast<int>(result));
-  });
-  EXPECT_EQ(seen.result, "0");
-  EXPECT_EQ(seen.err, "");
-}
-
-using names = std::vector<std::string_view>;
-
-TEST(MissingFiles, AnAbsoluteNameStandsForTheDirectoryItself) {
-  const scratch_directory directory;
-  write_file("db/lib/x", "");
-  const names files = {"lib/x", "/no/such", "lib/y"};
-  EXPECT_EQ(missing_files("db", files), names{"lib/y"});
-  EXPECT_EQ(missing_files("no/such", files), files);
-  EXPECT_EQ(missing_files("no/such", {}), names());
-}
-
-TEST(MissingFiles, LongNamesAreNotCutAndNoPermissionIsNeeded) {
-  const scratch_directory directory;
-  const std::string deep = std::string(200, 'a') + "/" + std::string(100, 'b');
-  write_file(deep, "");
-  std::filesystem::permissions(deep, std::filesystem::perms::none);
-  const std::string deeper = deep + "c";
-  EXPECT_EQ(missing_files(".", names{deep, deeper}), names{deeper});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "support/child.h"
 #include "support/messages.h"
+#include "support/records.h"
 
 namespace morvane {
 namespace {
@@ -118,11 +119,7 @@ TEST(LinksPath, IsNotCut) {
 }
 
 std::string version_of_links(const std::string& links) {
-  const outcome seen = in_child("", [&] {
-    const release found = get_kemo_version(links);
-    return std::to_string(found.version) + "." + std::to_string(found.subversion) + "." +
-           std::to_string(found.minorversion) + "." + std::to_string(found.patch);
-  });
+  const outcome seen = in_child("", [&] { return shown(get_kemo_version(links)); });
   EXPECT_EQ(seen.out, "");
   return seen.result;
 }
