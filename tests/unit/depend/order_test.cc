@@ -104,6 +104,36 @@ TEST(Order, ARingIsReportedAndBroken) {
   EXPECT_EQ(seen.out, "");
 }
 
+// Returns the rings in the order in which they are met, such as "X Y, Z Z".
+std::string rings_of(product_table& table) {
+  std::string rings;
+  installation_order order;
+  get_inst_order(table, order, [&](std::span<product* const> ring) {
+    if (!rings.empty()) rings += ", ";
+    rings += ring[0]->id;
+    for (const product* record : ring.subspan(1)) rings += " " + std::string(record->id);
+  });
+  return rings;
+}
+
+TEST(Order, ARingIsItsProductsFromTheOneThatIsNeededAgain) {
+  three_products three;
+  depend(three.x, three.y);
+  EXPECT_EQ(rings_of(three.table), "");
+  depend(three.y, three.z);
+  depend(three.z, three.y);
+  EXPECT_EQ(rings_of(three.table), "Y Z");
+  depend(three.z, three.x);
+  EXPECT_EQ(rings_of(three.table), "Y Z, X Y Z");
+}
+
+TEST(Order, AProductThatNeedsItselfStandsTwiceInItsRing) {
+  three_products three;
+  depend(three.x, three.y);
+  depend(three.y, three.y);
+  EXPECT_EQ(rings_of(three.table), "Y Y");
+}
+
 TEST(Order, EveryLinkThatClosesARingIsReported) {
   three_products three;
   depend(three.x, three.y);
