@@ -16,9 +16,10 @@ enum class read_outcome {
 };
 
 // Fills `record` from the description "DIRECTORY/IDENTIFIER.descr": initialises it first, so that
-// afterwards its state is 0 and its `id` the identifier whatever happened. `descr_avail` is 0
-// exactly where the file could not be opened. Faulty entries are handed to `listener` as they are
-// met, and skipped; so is that a description which is there cannot be read, or not to its end.
+// afterwards its state is INITIALISED and its `id` the identifier whatever happened. `descr_avail`
+// is NO_DESCRIPTION exactly where the file could not be opened. Faulty entries are handed to
+// `listener` as they are met, and skipped; so is that a description which is there cannot be read,
+// or not to its end.
 read_outcome read_product(std::string_view directory, std::string_view identifier, product& record,
                           const fault_listener& listener = diagnose_fault);
 

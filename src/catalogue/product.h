@@ -133,10 +133,10 @@ struct product {
 // All products of a run. Used slots stay contiguous from slot 0.
 using product_table = std::array<product, TABLE_SIZE>;
 
-// Puts `record` into its initial state, state 0 included.
+// Gives every member of `record` its first value; its state is INITIALISED.
 void init_product(product& record);
 
-// Returns the lowest free slot of `table`, or 50 where there is none.
+// Returns the lowest free slot of `table`, or TABLE_SIZE where there is none.
 int get_next_free_product(const product_table& table);
 
 bool is_free(const product& record);

@@ -22,10 +22,10 @@ void report_full_table();
 void read_installed_product(std::string_view descriptions, std::string_view identifier,
                             product& record);
 
-// Adds a record in state 10 for every product described in the installed-products directory of
+// Adds an INSTALLED record for every product described in the installed-products directory of
 // `path`, from the first free slot of `table` on, unless that was done before. The mark for that is
-// a record with this path and `path_valid` 2; a record whose path was chosen in this run becomes
-// such a mark. A full table is reported on standard error; the records added until then stay.
+// a record with this path that is SCANNED; a record whose path was chosen in this run becomes such
+// a mark. A full table is reported on standard error; the records added until then stay.
 scanned_slots read_all_descr_files(product_table& table, std::string_view path);
 
 }  // namespace morvane

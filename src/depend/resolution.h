@@ -10,7 +10,7 @@ namespace morvane {
 // whether it is to be installed, and settles a supplier for each of its category dependencies; then
 // settles the needed patches. Installed products that are discovered on the way take free slots of
 // `table`. A product whose target needs an owner or group that the operator may not give is given
-// up: it goes back to state 1 and nothing further is settled.
+// up: it goes back to AVAILABLE and nothing further is settled.
 void get_product_depend(product& record, product_table& table);
 
 // Takes back what `get_product_depend` did for `record`: frees the slots of `table` from

@@ -7,8 +7,8 @@
 namespace morvane {
 
 // Fills `table`, from slot 0 on, with the products whose archives lie in the current directory
-// (state 1) and then with those installed here (state 10). A product that is both has two slots. A
-// table that is too small is reported on standard error; what fits stays. Files that cannot be
+// (AVAILABLE) and then with those installed here (INSTALLED). A product that is both has two slots.
+// A table that is too small is reported on standard error; what fits stays. Files that cannot be
 // listed end the program.
 void load_catalogue(product_table& table);
 

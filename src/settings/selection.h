@@ -11,8 +11,8 @@
 namespace morvane {
 
 // Lists what can be installed or reconfigured, takes the operator's selection or shows details,
-// until a selection is confirmed. Selected products go from state 1 to 2 and from 10 to 11; the
-// check of the tools may have moved some back.
+// until a selection is confirmed. Selected products go from AVAILABLE to SELECTED, and from
+// INSTALLED to SELECTED_FOR_RECONFIGURATION; the check of the tools may have moved some back.
 void choose_SW_to_install(product_table& table);
 
 // Returns the product numbers that a selection line names, in order. After each number the reader
