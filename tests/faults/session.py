@@ -77,7 +77,9 @@ class Stage:
     def start(self, before=(), **streams):
         """Starts the program, by way of the command `before`, which has to end in its place."""
         self.started = time.time() - 1
-        self.child = run_case.start([*before, *self.program], self.host, self.settings, **streams)
+        # Whoever started this script may have it ignore signals: nohup, or a shell's "&".
+        command = ["/usr/bin/env", "--default-signal", *before, *self.program]
+        self.child = run_case.start(command, self.host, self.settings, **streams)
         return self.child
 
     def ended(self):
