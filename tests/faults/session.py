@@ -56,6 +56,7 @@ class Stage:
         self.typed = self.host.to_host((case / "typed").read_bytes())
         self.laid_out = self.files()
         self.status = self.output = self.errors = self.child = None
+        self.scratch_directory = "/tmp"
         self.scratch = []
 
     def __enter__(self):
@@ -85,7 +86,7 @@ class Stage:
     def ended(self):
         """Notes the exit status, and which scratch files are left; takes those away."""
         self.status = self.child.wait(TIMEOUT)
-        for name in glob.glob(f"/tmp/{self.child.pid}.tmp*"):
+        for name in glob.glob(f"{self.scratch_directory}/{self.child.pid}.tmp*"):
             if os.lstat(name).st_mtime >= self.started:
                 self.scratch.append(name)
                 if os.path.isdir(name) and not os.path.islink(name):
@@ -210,7 +211,7 @@ class Stage:
     def missing_results(self, errors):
         """Returns what success promises and is not there."""
         found = []
-        if not self.read("install.mk").endswith(MAKEFILE_TAIL):
+        if not self.is_complete("install.mk"):
             found.append("status 0, but install.mk is not complete")
         if b"TAR_PATH\t= \n" in self.read("install.mk") and not errors:
             found.append("status 0, but install.mk does not know where the archives are")
@@ -218,13 +219,19 @@ class Stage:
             descriptions = [f"{name.decode()}.descr", f"install/{name.decode()}.descr"]
             if not any((self.distribution / one).exists() for one in descriptions):
                 continue
-            settings = self.read(name.decode() + ".dat")
-            complete = settings.startswith(b"# ") and re.search(rb"_VERSION = .*\n\Z", settings)
-            if b"PRODUCT_PATH = \n" in settings and not errors:
-                found.append(f"status 0, but {name.decode()}.dat does not know its directory")
-            if not complete and name + b".dat" not in errors:
-                found.append(f"status 0, but {name.decode()}.dat is not complete")
+            settings = name.decode() + ".dat"
+            if b"PRODUCT_PATH = \n" in self.read(settings) and not errors:
+                found.append(f"status 0, but {settings} does not know its directory")
+            if not self.is_complete(settings) and settings.encode() not in errors:
+                found.append(f"status 0, but {settings} is not complete")
         return found
+
+    def is_complete(self, name):
+        """Tells whether a result is there from its first line to its last."""
+        content = self.read(name)
+        if name == "install.mk":
+            return content.endswith(MAKEFILE_TAIL)
+        return content.startswith(b"# ") and bool(re.search(rb"_VERSION = .*\n\Z", content))
 
 
 class Sweep:
