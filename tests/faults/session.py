@@ -234,6 +234,16 @@ class Stage:
         return content.startswith(b"# ") and bool(re.search(rb"_VERSION = .*\n\Z", content))
 
 
+def wait_for_question(child):
+    """Waits until the program has read all that was typed and wants more. Returns whether it does."""
+    deadline = time.time() + TIMEOUT
+    while child.poll() is None and not run_case.waits_for_answer(child):
+        if time.time() > deadline:
+            return False
+        time.sleep(0.002)
+    return child.poll() is None
+
+
 class Sweep:
     """Runs the steps of a sweep side by side and collects what is wrong."""
 
@@ -274,6 +284,38 @@ def untouched(stage, ended):
     if stage.products() != PRODUCTS:
         found.append(f"installs {stage.products()} without a fault")
     return found
+
+
+TESTS = []
+
+
+def test(function):
+    """Notes a test: it is called with the program and yields what is wrong, in lists."""
+    TESTS.append(function)
+    return function
+
+
+class Skipped(Exception):
+    """A test cannot be run here; says why."""
+
+
+def play_tests():
+    """Plays the tests that the command line names behind the build directory, or all of them."""
+    signal.signal(signal.SIGPIPE, signal.SIG_IGN)
+    build, *names = [word for word in sys.argv[1:] if word != "--all"]  # it is all anyway
+    program = pathlib.Path(build).resolve() / "tests/morvane_with_faults"
+    results = Sweep()
+
+    def play(function):
+        try:
+            for problems in function(program):
+                results.note(function.__name__, problems)
+        except Skipped as why:
+            results.skipped.append(f"{function.__name__}: {why}")
+
+    chosen = [function for function in TESTS if not names or function.__name__ in names]
+    results.all(play, chosen)
+    results.finish(f"{len(chosen)} tests")
 
 
 def main(sweep):

@@ -14,15 +14,6 @@ import session
 SIGNALS = [signal.SIGINT, signal.SIGHUP, signal.SIGTERM]
 
 
-def wait_for_question(child):
-    deadline = time.time() + session.TIMEOUT
-    while child.poll() is None and not session.run_case.waits_for_answer(child):
-        if time.time() > deadline:
-            return False
-        time.sleep(0.002)
-    return child.poll() is None
-
-
 def sweep(build, every):
     results = session.Sweep()
     program = build / "tests/morvane_with_faults"
@@ -37,7 +28,7 @@ def sweep(build, every):
                 child = stage.start(stdin=session.subprocess.PIPE, stdout=screen, stderr=screen)
                 child.stdin.write(b"".join(answers[:number]))
                 child.stdin.flush()
-                found = [] if wait_for_question(child) else ["it does not wait for an answer"]
+                found = [] if session.wait_for_question(child) else ["it does not wait for an answer"]
                 child.send_signal(which)
                 try:
                     child.wait(session.TIMEOUT)

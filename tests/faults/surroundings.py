@@ -5,13 +5,11 @@
 """
 
 import os
-import pathlib
 import random
 import re
 import shutil
 import sys
 import threading
-import time
 
 import session
 
@@ -34,18 +32,6 @@ HOSTILE_MESSAGES = [
     b"\xff" * 149,
 ]
 
-TESTS = []
-
-
-def test(function):
-    TESTS.append(function)
-    return function
-
-
-class Skipped(Exception):
-    pass
-
-
 def pwned(stage):
     """Tells what a shell has done that it should never have read."""
     found = [str(path) for path in stage.root.rglob("pwned*")]
@@ -57,7 +43,7 @@ def at_scratch_file(commands):
     return ["sh", "-c", f'scratch=/tmp/$$.tmp; {commands}; exec "$0" "$@"']
 
 
-@test
+@session.test
 def link_at_the_scratch_file(program):
     for target, suffix in (("precious", ""), ("nowhere", ""), ("precious", "1")):
         with session.Stage(program) as stage:
@@ -75,7 +61,7 @@ def link_at_the_scratch_file(program):
                 yield ["it created what the link named"]
 
 
-@test
+@session.test
 def directory_at_the_scratch_file(program):
     with session.Stage(program) as stage:
         ended = stage.play(before=at_scratch_file("mkdir $scratch"))
@@ -86,7 +72,7 @@ def directory_at_the_scratch_file(program):
             yield ["the directory is gone"]
 
 
-@test
+@session.test
 def directory_at_the_second_scratch_file(program):
     with session.Stage(program) as stage:
         stage.set(PWD=f"/{stage.distribution}")
@@ -98,20 +84,20 @@ def directory_at_the_second_scratch_file(program):
             yield [f"it installs {stage.products()}"]
 
 
-@test
+@session.test
 def foreign_file_at_the_scratch_file(program):
     if os.geteuid() != 0:
-        raise Skipped("needs the superuser")
+        raise session.Skipped("needs the superuser")
     with session.Stage(program) as stage:
         ended = stage.play(before=at_scratch_file(
             "echo evil.tar >$scratch; chown 65534 $scratch; chmod 666 $scratch"))
         yield session.untouched(stage, ended)
 
 
-@test
+@session.test
 def file_that_an_ordinary_user_cannot_remove(program):
     if os.geteuid() != 0 or shutil.which("setpriv") is None:
-        raise Skipped("needs the superuser, and setpriv")
+        raise session.Skipped("needs the superuser, and setpriv")
     with session.Stage(program, user="ordinary") as stage:
         stage.host.drops_rights = False  # here only after the file is there
         uid, gid = stage.host.ids
@@ -125,7 +111,7 @@ def file_that_an_ordinary_user_cannot_remove(program):
             yield ["it read a listing that somebody else wrote"]
 
 
-@test
+@session.test
 def archives_named_in_shell_syntax(program):
     with session.Stage(program) as stage:
         names = SHELL_SYNTAX
@@ -150,7 +136,7 @@ def archives_named_in_shell_syntax(program):
             yield [f"{written} settings files for {len(names)} products"]
 
 
-@test
+@session.test
 def groups_and_tools_named_in_shell_syntax(program):
     for line in ("Owner", "Group", "TargetGroup", "TargetOwner", "FixedGroups", "NeededTools",
                  "NeedsFiles", "NeedsPath", "Path", "PathVariable"):
@@ -170,7 +156,7 @@ def groups_and_tools_named_in_shell_syntax(program):
             yield stage.problems(ended) + pwned(stage)
 
 
-@test
+@session.test
 def answers_in_shell_syntax(program):
     with session.Stage(program) as stage:
         count = stage.typed.count(b"\n")
@@ -183,7 +169,7 @@ def answers_in_shell_syntax(program):
             yield stage.problems(ended) + pwned(stage)
 
 
-@test
+@session.test
 def distribution_in_a_directory_named_in_shell_syntax(program):
     with session.Stage(program) as stage:
         hostile = stage.root / "d;touch pwned;$(touch pwned)`touch pwned` 'd\""
@@ -201,7 +187,7 @@ def results_of(stage):
             ("install.mk", "app.dat", "base.dat", "fix.dat", "kept.dat")}
 
 
-@test
+@session.test
 def environment(program):
     with session.Stage(program) as stage:
         yield session.untouched(stage, stage.play())
@@ -229,7 +215,7 @@ def environment(program):
             yield [f"{name}={value}: {problem}" for problem in found]
 
 
-@test
+@session.test
 def no_tools_on_the_path(program):
     with session.Stage(program) as stage:
         stage.set(PATH="/nonexistent")
@@ -239,7 +225,7 @@ def no_tools_on_the_path(program):
             yield ["it does not tell, or goes on"]
 
 
-@test
+@session.test
 def narrow_terminal(program):
     screens = []
     for columns in (80, 20, 1, 0):
@@ -254,7 +240,7 @@ def narrow_terminal(program):
         yield ["the screen depends on the terminal's width"]
 
 
-@test
+@session.test
 def child_signals_ignored(program):
     with session.Stage(program) as stage:
         ended = stage.play(before=[sys.executable, "-c", (
@@ -263,7 +249,7 @@ def child_signals_ignored(program):
         yield session.untouched(stage, ended)
 
 
-@test
+@session.test
 def shell_options(program):
     with session.Stage(program) as stage:
         stage.set(SHELLOPTS="noglob")
@@ -272,7 +258,7 @@ def shell_options(program):
         yield session.untouched(stage, stage.play())
 
 
-@test
+@session.test
 def answers_that_come_late_through_a_pipe_that_does_not_wait(program):
     with session.Stage(program) as stage:
         reading, writing = os.pipe()
@@ -290,7 +276,7 @@ def answers_that_come_late_through_a_pipe_that_does_not_wait(program):
 PLACES = {"morvane.rsc": False, "base.descr": True, "base.dat": False, "install.mk": False}
 
 
-@test
+@session.test
 def pipes_in_the_place_of_files(program):
     for name in PLACES:
         with session.Stage(program) as stage:
@@ -300,7 +286,7 @@ def pipes_in_the_place_of_files(program):
             yield [f"{name}: {problem}" for problem in found]
 
 
-@test
+@session.test
 def devices_in_the_place_of_files(program):
     for name, goes_on in PLACES.items():
         if name in ("base.dat", "install.mk"):
@@ -314,7 +300,7 @@ def devices_in_the_place_of_files(program):
             yield [f"{name}: {problem}" for problem in found]
 
 
-@test
+@session.test
 def makefile_removed_before_the_last_answer(program):
     with session.Stage(program) as stage:
         *answers, last = stage.typed.splitlines(keepends=True)
@@ -322,9 +308,7 @@ def makefile_removed_before_the_last_answer(program):
             child = stage.start(stdin=session.subprocess.PIPE, stdout=screen, stderr=screen)
             child.stdin.write(b"".join(answers))
             child.stdin.flush()
-            deadline = time.time() + session.TIMEOUT
-            while not session.run_case.waits_for_answer(child) and time.time() < deadline:
-                time.sleep(0.002)
+            session.wait_for_question(child)
             (stage.distribution / "install.mk").unlink()
             child.stdin.write(last)
             child.stdin.close()
@@ -345,7 +329,7 @@ def with_messages(stage, text):
     path.write_bytes(b"".join(kept + replaced))
 
 
-@test
+@session.test
 def hostile_messages(program):
     for text in HOSTILE_MESSAGES:
         with session.Stage(program) as stage:
@@ -356,7 +340,7 @@ def hostile_messages(program):
                 yield [f"messages {text!r}: status {stage.status}, installs {stage.products()}"]
 
 
-@test
+@session.test
 def message_file_without_sense(program):
     for content in (b"", b"\0" * 1000, b"1" * MEGABYTE, b"\n" * MEGABYTE, random.Random(1).randbytes(1 << 16),
                     b"".join(b"%03d %s\n" % (n, b"\\") for n in range(500)),
@@ -388,7 +372,7 @@ def huge_descriptions():
     }
 
 
-@test
+@session.test
 def huge_and_binary_descriptions(program):
     for name, (content, told) in huge_descriptions().items():
         with session.Stage(program) as stage:
@@ -403,24 +387,5 @@ def huge_and_binary_descriptions(program):
             yield [f"{name}: {problem}" for problem in found]
 
 
-def main():
-    session.signal.signal(session.signal.SIGPIPE, session.signal.SIG_IGN)
-    arguments = [word for word in sys.argv[1:] if word != "--all"]  # it is all anyway
-    program = pathlib.Path(arguments[0]).resolve() / "tests/morvane_with_faults"
-    results = session.Sweep()
-
-    def play(function):
-        try:
-            for problems in function(program):
-                results.note(function.__name__, problems)
-        except Skipped as why:
-            results.skipped.append(f"{function.__name__}: {why}")
-
-    chosen = [function for function in TESTS
-              if not arguments[1:] or function.__name__ in arguments[1:]]
-    results.all(play, chosen)
-    results.finish(f"{len(chosen)} tests")
-
-
 if __name__ == "__main__":
-    main()
+    session.play_tests()

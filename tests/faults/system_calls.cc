@@ -250,7 +250,7 @@ class tracer {
     registers values = read_registers(pid);
     third_argument_ = third_argument_in(values);
     if (fault_ == "short") {
-      third_argument_in(values) = std::min<std::uint64_t>(third_argument_, value_);
+      third_argument_in(values) = std::min(third_argument_, static_cast<std::uint64_t>(value_));
       write_registers(pid, values);
     } else if (!is_close_) {  // which gives its descriptor up even where it fails
       skip_call(pid);
