@@ -133,10 +133,10 @@ def judge(stage, ended, fault, undisturbed):
         found.append(f"status {stage.status}, on standard error {stage.errors!r}, "
                      f"what is left {'is' if same else 'differs from'} that of other runs")
     for name in RESULTS:
-        half = stage.read(name) != EARLIER and not stage.is_complete(name)
-        if half and (stage.distribution / name).exists() and not killed:
-            if name.encode() not in stage.errors:
-                found.append(f"{name} is half-written, and nobody is told")
+        whole = stage.read(name) == EARLIER or stage.is_complete(name)
+        gone = not (stage.distribution / name).exists()
+        if not whole and not gone and not killed and name.encode() not in stage.errors + stage.output:
+            found.append(f"{name} is half-written, and nobody is told")
     return found
 
 
@@ -166,6 +166,13 @@ def undisturbed_run(build, private):
         return stage.left(), stage.counts | {"any": sum(stage.counts.values())}
 
 
+def steps(call, fault, count, every):
+    """Returns the numbers of the calls that the fault is to strike."""
+    stride = 1 if every else max(1, count // SAMPLE)
+    first = FAULTS[call].index(fault) * 7 % stride  # so that each fault strikes other calls
+    return range(1 + first, count + 1, stride)
+
+
 def main():
     session.signal.signal(session.signal.SIGPIPE, session.signal.SIG_IGN)
     every = "--all" in sys.argv
@@ -176,29 +183,25 @@ def main():
         single_run(build, private, *chosen)
     undisturbed, counts = undisturbed_run(build, private)
     results = session.Sweep()
-    tried = {}
+    remarks = []
 
     def strike(step):
         call, fault, number = step
         with Stage(build, private) as stage:
             ended = stage.play_with(call, fault, number)
-            if stage.victim is None:  # in this run there were fewer calls
-                return
-            what = f"{call} {fault} {number} ({b' '.join(stage.victim).decode()})"
-            results.note(what, judge(stage, ended, fault, undisturbed))
-            tried[call, fault] = tried.get((call, fault), 0) + 1
+            if stage.victim is not None:  # there may be fewer calls in this run
+                what = f"{call} {fault} {number} ({b' '.join(stage.victim).decode()})"
+                results.note(what, judge(stage, ended, fault, undisturbed))
 
-    steps = []
     for call in chosen or FAULTS:
-        for shift, fault in enumerate(FAULTS[call]):
-            stride = 1 if every else max(1, counts.get(call, 0) // SAMPLE)
-            steps += [(call, fault, number)
-                      for number in range(1 + (shift * 7) % stride, counts.get(call, 0) + 1, stride)]
-    results.all(strike, steps)
-    results.finish("a /tmp of its own" if private else "the /tmp of all",
-                   *[f"{call}: {counts.get(call, 0)} calls; " +
-                     ", ".join(f"{fault} {tried.get((call, fault), 0)}" for fault in FAULTS[call])
-                     for call in chosen or FAULTS])
+        count = counts.get(call, 0)
+        tried = []
+        for fault in FAULTS[call]:
+            before = results.runs
+            results.all(strike, [(call, fault, n) for n in steps(call, fault, count, every)])
+            tried.append(f"{fault} {results.runs - before}")
+        remarks.append(f"{call}: {count} calls; runs: {', '.join(tried)}")
+    results.finish(f"with {'a /tmp of its own' if private else 'the /tmp of all'}", *remarks)
 
 
 if __name__ == "__main__":
