@@ -45,8 +45,9 @@ def sweep(build, every):
             results.note(f"{which.name} after answer {number}", found)
 
     def from_terminal(number):
-        """The operator types the interrupt character. Where it meets a command, that alone ends; the
-        program then goes on until the terminal is closed."""
+        """The operator types the interrupt character. It ends the program, also where it meets a
+        command; only at the moment when a command starts or has ended it can be lost, and the program
+        then goes on until the terminal is closed."""
         with session.Stage(program) as stage:
             answers = stage.typed.splitlines(keepends=True)
             terminal = stage.start_on_terminal()
@@ -54,8 +55,7 @@ def sweep(build, every):
             time.sleep(0.3)
             os.write(terminal, b"\x03")
             ended = stage.end_on_terminal()
-            found = stage.problems(ended, signals=[signal.SIGINT, signal.SIGHUP],
-                                   scratch_may_stay=True, farewell=False)
+            found = stage.problems(ended, signals=[signal.SIGINT, signal.SIGHUP], farewell=False)
             if stage.status == 0:
                 found.append("status 0")
             results.note(f"interrupt character after answer {number}", found)

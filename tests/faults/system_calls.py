@@ -121,6 +121,10 @@ def judge(stage, ended, fault, undisturbed):
     signals = [session.signal.Signals[fault.partition("-")[0]]] if fault.startswith("SIG") else []
     lost = call == b"write" and program_struck  # it may be the farewell
     found = stage.problems(ended, signals, scratch_may_stay=killed, farewell=not lost)
+    # While the program waits for a command, it leaves interrupts to that.
+    ends_it = fault.endswith("-group") or fault in ("SIGKILL", "SIGTERM", "SIGHUP")
+    if program_struck and ends_it and fault not in HARMLESS and stage.status != -signals[0]:
+        found.append(f"the signal does not end it: status {stage.status}")
 
     told = stage.errors or any(text in stage.output for text in TELLING)
     same = stage.left() == undisturbed
