@@ -11,6 +11,7 @@ A case is a directory:
                      archives  identifiers that get an empty archive
                      without   common files that the distribution lacks
                      env       NAME=VALUE, may stand several times
+                   arguments what the program is started with
                      program   real: with its pauses (else they are substituted)
                      status    expected exit status of every run (1 is the default)
                      make      yes: install.mk is then executed with GNU make and with bmake
@@ -63,7 +64,7 @@ ANSWER = re.compile(rb"\[\[(.*?)\]\]\n", re.DOTALL)
 
 def read_settings(case):
     settings = {"user": "root", "archives": "", "without": "", "program": "", "status": "1",
-                "make": "", "again": "", "env": []}
+                "make": "", "again": "", "arguments": "", "env": []}
     path = case / "case"
     for line in path.read_text().splitlines() if path.exists() else []:
         key, value = (part.strip() for part in line.split(":", 1))
@@ -293,8 +294,8 @@ def observe(case, settings, program, make, error_stream):
     seen = {"status": [], "screen": b"", "errors": b""}
 
     def play_run(host, directory, _, typed):
-        output, errors, status = run([*CHECKER, program], host, settings, directory, typed,
-                                     error_stream)
+        output, errors, status = run([*CHECKER, program, *settings["arguments"].split()], host,
+                                     settings, directory, typed, error_stream)
         seen["status"].append(status)
         seen["screen"] += output
         seen["errors"] += errors or b""
@@ -307,7 +308,8 @@ def record(case, settings, program, make):
     sessions = {}
 
     def play_run(host, directory, suffix, typed):
-        session = record_session([program], host, settings, directory, typed)
+        session = record_session([program, *settings["arguments"].split()], host, settings,
+                                 directory, typed)
         sessions[suffix] = host.to_case(session)
 
     play(case, settings, make, play_run)
