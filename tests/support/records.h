@@ -147,6 +147,18 @@ inline outcome in_child_as_ordinary_user(std::string_view input,
   });
 }
 
+// As `in_child`, for one user whose file rights are another's, as a set-user-id program's are.
+// Takes the superuser.
+inline outcome in_child_of_two_users(uid_t real, uid_t effective, std::string_view input,
+                                     const std::function<std::string()>& code) {
+  return in_child(input, [&] {
+    if (setresuid(real, effective, effective) != 0) std::abort();
+    return code();
+  });
+}
+
+constexpr const char* NEEDS_TWO_USERS = "only the superuser can take two users' ids";
+
 // Has no file grow beyond `bytes` in the rest of a child, as on a full disk.
 inline void limit_file_size(rlim_t bytes) {
   const rlimit limit = {bytes, bytes};

@@ -68,6 +68,19 @@ TEST(ChownRights, TheSuperuserMayGiveFilesToEveryName) {
   }
 }
 
+TEST(ChownRights, AreOfTheNameWhoStartedTheProgramAndOfTheIdThatItActsWith) {
+  if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
+  use_test_messages();
+  const std::string nobody = user_name(NOBODY);
+  const auto check_as = [&](uid_t real, uid_t effective, const std::string& name) {
+    return in_child_of_two_users(real, effective, "",
+                                 [&] { return check_here(name, std::nullopt); });
+  };
+  EXPECT_EQ(check_as(NOBODY, 0, "no such user").result, "allowed");
+  EXPECT_EQ(check_as(0, NOBODY, "root").result, "allowed");
+  EXPECT_EQ(check_as(0, NOBODY, nobody).out, owner_refusal(nobody));
+}
+
 TEST(ChownRights, AUserWithoutAnEntryHasAnEmptyName) {
   if (!is_superuser()) GTEST_SKIP() << "only the superuser can become such a user";
   use_test_messages();
@@ -207,6 +220,14 @@ TEST(SiteRights, AFailingCommandEndsTheProgram) {
   EXPECT_FALSE(seen.returned);
   EXPECT_EQ(seen.status, 1);
   EXPECT_EQ(seen.out, "site\n\n\n<102>\n\n<299>");
+}
+
+TEST(SiteRights, WhoActsAsSuperuserIsToldMore) {
+  if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
+  use_test_messages();
+  set_message(SITE_RIGHTS_COMMAND, "false");
+  EXPECT_EQ(in_child_of_two_users(NOBODY, 0, "", check_site_rights).out, "<103>\n\n<299>");
+  EXPECT_EQ(in_child_of_two_users(0, NOBODY, "", check_site_rights).out, "<299>");
 }
 
 TEST(SiteRights, TheSuperuserIsToldMore) {

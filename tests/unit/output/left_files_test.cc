@@ -142,6 +142,16 @@ TEST(LeftFilesOfAnOrdinaryUser, AreHandedOnToGroupsOnly) {
       "no owners, " + user_name(ordinary_user()) + ", groups of " + group_name(ordinary_group()));
 }
 
+TEST(LeftFilesOfTwoUsers, AreThoseOfTheOneWhoseRightsTheFilesGet) {
+  if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
+  const auto owners_of = [](uid_t real, uid_t effective) {
+    const std::string said = in_child_of_two_users(real, effective, "", handed_on_from).result;
+    return said.substr(0, said.find(", groups"));
+  };
+  EXPECT_EQ(owners_of(NOBODY, 0), "owners of root");
+  EXPECT_EQ(owners_of(0, NOBODY), "no owners, " + user_name(NOBODY));
+}
+
 TEST(LeftFilesOfAnUnknownUser, HaveAnEmptyOldName) {
   if (!is_superuser()) GTEST_SKIP() << "only the superuser can become such a user";
   uid_t unknown = 54321;

@@ -5,6 +5,7 @@
 
 #include <sstream>
 
+#include "output/product_rules.h"
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
@@ -370,6 +371,18 @@ TEST(Makefile, OfAnOrdinaryUserHasNoOwnerLineInAnyRule) {
                        "app-permission-old:\n\techo \"** removing other access for files "
                        "with group '" +
                            group_name(ordinary_group()) + "'\"\n"));
+}
+
+TEST(Makefile, HasOwnerLinesWhereItsWriterActsAsSuperuserWhoeverStartedIt) {
+  if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
+  distribution d;
+  const auto rules = [&] { return product_rules(d.app, "SunOS5"); };
+  const std::string acts = in_child_of_two_users(NOBODY, 0, "", rules).result;
+  EXPECT_TRUE(contains(acts, "app-new:\tapp-tar app-owner"));
+  EXPECT_TRUE(contains(acts, "find . -user root -exec /usr/bin/chown -h me"));
+  const std::string started = in_child_of_two_users(0, NOBODY, "", rules).result;
+  EXPECT_TRUE(contains(started, "app-new:\tapp-tar \\\n"));
+  EXPECT_FALSE(contains(started, "chown"));
 }
 
 TEST(Makefile, WithoutProductsHasHeadAndTail) {
