@@ -1,43 +1,10 @@
 #include "settings/ownership.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-
-#include <cstring>
 
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
-
-namespace {
-
-// A name that only this program knows: nothing but "x", and what the shell would interpret.
-bool is_invented(const char* name) {
-  return *name == 'x' && std::strspn(name, "x$^") == std::strlen(name);
-}
-
-}  // namespace
-
-// Stand in for the library's functions in this program, so that names of every length are known.
-extern "C" passwd* getpwnam(const char* name) {
-  static char directory[] = "/home/x";
-  static passwd invented{};
-  if (!is_invented(name)) {
-    return reinterpret_cast<decltype(&getpwnam)>(dlsym(RTLD_NEXT, "getpwnam"))(name);
-  }
-  invented.pw_name = const_cast<char*>(name);
-  invented.pw_dir = directory;
-  return &invented;
-}
-
-extern "C" group* getgrnam(const char* name) {
-  static group invented{};
-  if (!is_invented(name)) {
-    return reinterpret_cast<decltype(&getgrnam)>(dlsym(RTLD_NEXT, "getgrnam"))(name);
-  }
-  invented.gr_name = const_cast<char*>(name);
-  return &invented;
-}
 
 namespace morvane {
 namespace {
@@ -208,6 +175,16 @@ TEST(Owner, IsThatOfTheFirstSettledProductInTheSamePlace) {
   products.add_neighbour().owner = "root";
   products.app().owner = "rejected";
   EXPECT_EQ(settle_owner("\n", products).out, "\n<30> 'app' (" + own_user() + ") : ");
+}
+
+TEST(Ownership, OfAProductInAScannedPlaceIsTheDefaultToo) {
+  app_table products;
+  product& neighbour = products.add_neighbour(product_state::INSTALLED);
+  neighbour.path_valid = PATH_SCANNED;
+  neighbour.owner = own_user();
+  neighbour.group = own_group();
+  EXPECT_EQ(settle_owner("\n", products).out, "\n<30> 'app' (" + own_user() + ") : ");
+  EXPECT_EQ(settle_group("\n", products).out, "\n<32> 'app' (" + own_group() + ") : ");
 }
 
 TEST(Group, IsThatOfTheFirstSettledProductInTheSamePlace) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "support/child.h"
+#include "support/invented_names.h"
 #include "support/messages.h"
 #include "support/records.h"
 
@@ -95,6 +96,33 @@ TEST(PathQuestion, ATildeIsTheHomeOfTheUser) {
   EXPECT_EQ(path_of("~//"), home);
   EXPECT_EQ(path_of("~/sub/"), normalise_path(home + "/sub"));
   EXPECT_EQ(path_of(std::string("~") + self->pw_name), home);
+}
+
+TEST(PathQuestion, ATildeIsTheHomeOfWhoStartedTheProgram) {
+  if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
+  use_wide_messages();
+  const auto home = [] { return get_valid_path("Where", "", {}).path; };
+  const std::string home_of_superuser = getpwuid(0)->pw_dir;
+  const std::string home_of_nobody = getpwuid(NOBODY)->pw_dir;
+  ASSERT_NE(home_of_superuser, home_of_nobody);
+  EXPECT_EQ(in_child_of_two_users(NOBODY, 0, "~\n", home).result, home_of_nobody);
+  EXPECT_EQ(in_child_of_two_users(0, NOBODY, "~\n", home).result, home_of_superuser);
+}
+
+TEST(PathQuestion, AHomeThatIsNotAbsoluteIsAskedForAgain) {
+  const scratch_directory directory;
+  std::filesystem::create_directory("home");
+  for (const path_demands& demands : {path_demands{}, WRITABLE, INSIST}) {
+    set_home_of_invented("home");
+    const outcome there = ask("~x\n/tmp\n", "", demands);
+    EXPECT_EQ(there.out, QUESTION + QUESTION);
+    EXPECT_EQ(there.result, "/tmp there");
+    set_home_of_invented("elsewhere");
+    const outcome missing = ask("~x/y\n/tmp\n", "", demands);
+    set_home_of_invented("/home/x");
+    EXPECT_EQ(missing.out, QUESTION + "<129> 'elsewhere/y'\n" + QUESTION);
+    EXPECT_EQ(missing.result, "/tmp there");
+  }
 }
 
 TEST(PathQuestion, ATildeAndANameAreThatUsersHome) {
