@@ -66,6 +66,7 @@ TEST_F(Description, ANumberSaturatesAndIsZeroWithoutDigits) {
   EXPECT_EQ(read("Patch = 2147483648\n").record.release.patch, 2147483647);
   EXPECT_EQ(read("Patch = -99999999999\n").record.release.patch, -2147483647 - 1);
   EXPECT_EQ(read("Patch = 5\nPatch = five\n").record.release.patch, 0);
+  EXPECT_EQ(target(read(TARGET + "SuppliersElsewhere = -1\n").record).need_no_install, -1);
   EXPECT_EQ(read("Patch = 5\nPatch =\n").record.release.patch, 0);
 }
 

@@ -155,6 +155,8 @@ TEST(NamedDirectory, MustExistUnlessSuppliersMayBeElsewhere) {
   EXPECT_EQ(seen.out, ANNOUNCEMENT + WHERE + "<129> '/no/such'\n" +
                           offer("a database", "/no/such", "<257>", "unknown") + "\n");
   EXPECT_EQ(seen.result, "1 10 <257> 0.0 /no/such | 2 10");
+  d.target.need_no_install = -1;
+  EXPECT_EQ(d.resolve("/no/such\ny\n").out, seen.out);
 }
 
 TEST(NamedDirectory, ItsProductsAreOfferedAndStay) {
@@ -198,6 +200,41 @@ TEST(NamedDirectory, OnlyProductsOfThatVeryPathAreOffered) {
                           offer("a", db.path(), "sql", "2.0") + "\n");
   EXPECT_EQ(d.resolve("n\n" + db.line() + "n\nq\n").out,
             seen.out + ANNOUNCEMENT + offer("far", "/opt/far", "sql", "1.2.3, patch 4") + "<299>");
+}
+
+TEST(NamedDirectory, AProductWhoseVersionIsNotFullyKnownIsNotOffered) {
+  const installed_directory db;
+  db.describe("a", "1.2.-1", 4);
+  dependency d;
+  const outcome seen = d.resolve(db.line() + "y\n");
+  EXPECT_EQ(seen.out,
+            ANNOUNCEMENT + WHERE + offer("a database", db.path(), "<256>", "1.2, patch 4") + "\n");
+  EXPECT_EQ(seen.result, "1 10 <256> 1.2, patch 4 " + db.path() + " | 2 10");
+}
+
+TEST(NamedDirectory, ACandidateThatLiesElsewhereIsAskedAboutAllTheSame) {
+  const installed_directory db;
+  write_program("db/config/links.conf", "exit 0\n");
+  dependency d;
+  d.needed.category = "LINKS";
+  d.needed.type_dep[0]->type = "linksa";
+  product& far = d.add_candidate("", product_state::INSTALLED);
+  far.name = "far";
+  far.category = "LINKS";
+  far.type = "linksa";
+  far.path = "/no/such";
+  std::swap(d.table[1], d.table[5]);
+  // Where the configuration file of the one elsewhere lies is asked whenever its version counts.
+  const std::string probe = "\n<104>\n<105>\n<106> (/no/such/config/links.conf): ";
+  const std::string typed = db.path() + "/config/links.conf\n";
+  const outcome seen = d.resolve(typed + "n\n" + db.line() + typed + "y\n");
+  const auto asked_first = seen.out.find(probe);
+  const auto asked_for_directory = seen.out.find("<270> 'LINKS' <271>");
+  const auto asked_again = seen.out.find(probe, asked_for_directory);
+  ASSERT_NE(asked_again, std::string::npos) << seen.out;
+  EXPECT_LT(asked_first, asked_for_directory);
+  EXPECT_EQ(seen.out.find("\tfar\n", asked_for_directory), std::string::npos);
+  EXPECT_EQ(seen.result, "1 10 linksa 1.3 " + db.path() + " | 2 10");
 }
 
 TEST(NamedDirectory, ReadBeforeIsNotReadAgainAndARecordIsAdded) {

@@ -87,6 +87,26 @@ TEST(InstalledVersion, ADescribedProductOfTheTableTellsItsOwn) {
   EXPECT_EQ(look_up("DB", "sql", &record).result, "7.0.0.0");
 }
 
+TEST(InstalledVersion, ADescribedProductOfTheTableReadsNoDirectory) {
+  use_test_messages();
+  const scratch_directory directory;
+  write_file("db/install/a.descr", "fault = 1\n");
+  const product record = db_product({1, 2, 3, 4});
+  EXPECT_EQ(look_up("DB", "sql", &record).err, "");
+  EXPECT_NE(look_up("DB", "sql").err, "");
+}
+
+TEST(InstalledVersion, MinusOneIsUnknownWhateverTheOtherNumbers) {
+  use_test_messages();
+  const scratch_directory directory;
+  describe("a", "STOODFOR", "sql", "-1.3.2", 1);
+  EXPECT_EQ(version_in_db("STOODFOR", std::nullopt), "-1.-1.-1.-1");
+  describe("b", "STANDIN", "sql", "1.5");
+  EXPECT_EQ(version_in_db("STOODFOR", "sql"), "1.5.0.0");
+  describe("c", "DB", "sql", "-1.3.2", 1);
+  EXPECT_EQ(version_in_db("DB", "sql"), "-1.3.2.1");
+}
+
 TEST(InstalledVersion, AStandInCountsUpToVersionOnePointFive) {
   use_test_messages();
   const struct {

@@ -57,6 +57,7 @@ TEST(VersionCheck, ComparesWithTheMinimum) {
       {{1, 2, -1, 0}, version_check::UNKNOWN},  {{1, -1, 0, 0}, version_check::UNKNOWN},
       {{0, -1, 0, 0}, version_check::TOO_OLD},  {{1, 2, 0, -1}, version_check::UNKNOWN},
       {{1, 2, -2, 0}, version_check::TOO_OLD},  {{-2, 2, 0, 0}, version_check::TOO_OLD},
+      {{-1, 2, 0, 0}, version_check::UNKNOWN},  {{-1, 1, 9, 9}, version_check::TOO_OLD},
   };
   for (const auto& [installed, outcome] : cases) {
     EXPECT_EQ(check(db_product(installed), required), outcome) << shown(installed);

@@ -136,6 +136,22 @@ TEST(ProductDependencies, AGivenUpProductIsAskedNothingOfItsTargets) {
   EXPECT_EQ(seen.result, "1: 3 1");
 }
 
+TEST(ProductDependencies, AGivenUpPatchStillReadsTheProductsOfItsDirectory) {
+  const scratch_directory directory;
+  write_file("opt/install/app.descr", "Name = app\n");
+  app_table products;
+  products.app.install = product_state::AVAILABLE;
+  products.app.path = directory.path() + "/opt";
+  products.app.path_valid = PATH_CHOSEN;
+  products.app.needed_patches[0] = 0;
+  const outcome seen = in_child("", [&] {
+    get_product_depend(products.app, products.table);
+    return states(products.table);
+  });
+  EXPECT_EQ(seen.result, "1 2 10");
+  EXPECT_EQ(seen.out, "");
+}
+
 TEST(ProductDependencies, AReconfigurationAsksAgain) {
   app_table products;
   products.app.install = product_state::SELECTED_FOR_RECONFIGURATION;

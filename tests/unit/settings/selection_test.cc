@@ -214,11 +214,25 @@ TEST(Selection, ANoThrowsTheSelectionAway) {
   EXPECT_EQ(choose("1,3\nn\n\ny\n", six.table).result, "1 1 10 1 0 3");
 }
 
-TEST(Selection, AProductWithoutIdentifierStaysSelected) {
+TEST(Selection, AProductWithoutIdentifierStaysSelectedAndIsNotShown) {
   product_table table;
   add_product(table, "p", product_state::AVAILABLE);
   add_product(table, "", product_state::INSTALLED);
   EXPECT_EQ(choose("2\nn\n\ny\n", table).result, "1 11");
+  const outcome seen = choose("1,2\ny\n", table);
+  EXPECT_EQ(seen.result, "2 11");
+  EXPECT_TRUE(seen.out.ends_with(SELECTION + "  1 :  p" + std::string(52, ' ') + "  0.0      \n" +
+                                 CONFIRM + CONFIRMED))
+      << seen.out;
+}
+
+TEST(Selection, ShowsNoNegativeMinorVersionOrPatch) {
+  product_table table;
+  set_version(add_product(table, "p", product_state::AVAILABLE), {2, 1, -3, -4});
+  const std::string version = std::string(46, ' ') + "  2.1      \n";
+  EXPECT_EQ(choose("1\ny\n", table).out, HEADING + COLUMNS + "  1 :   *    p" + version +
+                                             INSTRUCTIONS + SELECTION + "  1 :  p      " + version +
+                                             CONFIRM + CONFIRMED);
 }
 
 TEST(Selection, TheQuitLetterAndTheEndOfInputEndTheProgram) {
