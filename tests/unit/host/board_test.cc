@@ -56,6 +56,8 @@ TEST(BoardType, TheLineOfACommentIsReadUpTo999Characters) {
   EXPECT_EQ(board_of("#" + std::string(998, 'x') + "\n" + content), "board");
   EXPECT_EQ(board_of("#" + std::string(999, 'x') + "\n" + content), "board");
   EXPECT_EQ(board_of("#" + std::string(999, 'x') + "left over\n" + content), "over");
+  // The 1000th already counts: one more skipped, and the blank behind it would begin a comment.
+  EXPECT_EQ(board_of("#" + std::string(999, 'x') + "a b\n" + content), "b");
 }
 
 TEST(BoardType, StaysAsItWasWithoutAFile) {
@@ -111,6 +113,17 @@ TEST(BusType, EnterAloneIsABusWhereItsMessageIsEmpty) {
   const outcome seen = choose_bus("unknown", "\n");
   EXPECT_TRUE(seen.returned);
   EXPECT_EQ(seen.result, "");
+}
+
+TEST(BusType, ADefaultOfMoreThanNineCharactersIsCutAndSoNoAnswer) {
+  use_test_messages();
+  const std::string cut = "\n<71> (busOfBoar) : ";
+  set_message(BUS_1, "busOfBoar");
+  EXPECT_EQ(choose_bus("<62>", "\n").out, cut);
+  set_message(BUS_1, "busOfBoard");
+  const outcome seen = choose_bus("<62>", "\nbusOfBoar\nbusOfBoard\n");
+  EXPECT_EQ(seen.out, cut + cut.substr(1) + cut.substr(1));
+  EXPECT_EQ(seen.result, "busOfBoar");
 }
 
 TEST(BusType, OtherAnswersAreAskedAgain) {
