@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -121,6 +122,18 @@ outcome in_child(std::string_view input, const std::function<std::string()>& cod
   std::filesystem::remove("/tmp/" + std::to_string(child) + ".tmp");
   std::filesystem::remove("/tmp/" + std::to_string(child) + ".tmp1");
   return seen;
+}
+
+int signal_ending(const std::function<void()>& code) {
+  const pid_t child = fork();
+  if (child == 0) {
+    for (const int each : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) std::signal(each, SIG_DFL);
+    code();
+    std::_Exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
 }
 
 outcome in_child_in_order(std::string_view input, const std::function<std::string()>& code) {

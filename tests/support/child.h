@@ -49,6 +49,11 @@ outcome in_child(std::string_view input, const std::function<std::string()>& cod
 // The same with standard error going to `out`, too, in the order in which all was written.
 outcome in_child_in_order(std::string_view input, const std::function<std::string()>& code);
 
+// Returns the signal that ends a child which runs `code`, or 0 where none does. Signals that end a
+// program have their default action in it, even where the tests run in the background and ignore
+// some of them.
+int signal_ending(const std::function<void()>& code);
+
 }  // namespace morvane
 
 #endif  // MORVANE_TESTS_SUPPORT_CHILD_H

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -55,37 +54,25 @@ TEST(Command, RunsAfterEverythingPrintedSoFar) {
   EXPECT_EQ(output_in_order([] { output_of("printf 'command ' >&2"); }), "before command behind");
 }
 
-// Returns the signal that `command` ends the program with, or 0.
-int interrupted_by(const std::function<void()>& code) {
-  const pid_t child = fork();
-  if (child == 0) {
-    code();
-    std::_Exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-}
-
 TEST(Command, ThatAnInterruptEndsEndsTheProgram) {
-  EXPECT_EQ(interrupted_by([] { run_command("kill -INT $$"); }), SIGINT);
-  EXPECT_EQ(interrupted_by([] { run_command("kill -QUIT $$"); }), SIGQUIT);
-  EXPECT_EQ(interrupted_by([] { run_command("exit 130"); }), SIGINT);
-  EXPECT_EQ(interrupted_by([] { run_command("exit 131"); }), SIGQUIT);
-  EXPECT_EQ(interrupted_by([] { first_line_of("kill -INT $$", 9); }), SIGINT);
-  EXPECT_EQ(interrupted_by([] { output_of("kill -INT $$"); }), SIGINT);
+  EXPECT_EQ(signal_ending([] { run_command("kill -INT $$"); }), SIGINT);
+  EXPECT_EQ(signal_ending([] { run_command("kill -QUIT $$"); }), SIGQUIT);
+  EXPECT_EQ(signal_ending([] { run_command("exit 130"); }), SIGINT);
+  EXPECT_EQ(signal_ending([] { run_command("exit 131"); }), SIGQUIT);
+  EXPECT_EQ(signal_ending([] { first_line_of("kill -INT $$", 9); }), SIGINT);
+  EXPECT_EQ(signal_ending([] { output_of("kill -INT $$"); }), SIGINT);
 }
 
 TEST(Command, ThatEndsOtherwiseDoesNot) {
   for (const char* command : {"kill -TERM $$", "kill -HUP $$", "kill -KILL $$", "exit 2", "exit 3",
                               "exit 129", "exit 132", "exit 255"}) {
-    EXPECT_EQ(interrupted_by([=] { run_command(command); }), 0) << command;
+    EXPECT_EQ(signal_ending([=] { run_command(command); }), 0) << command;
   }
 }
 
 TEST(Command, AnInterruptLeavesNoScratchFile) {
   const scratch_directory here;
-  EXPECT_EQ(interrupted_by([] {
+  EXPECT_EQ(signal_ending([] {
               write_file("name", scratch_file());
               output_of("echo output > " + scratch_file() + "; kill -INT $$");
             }),

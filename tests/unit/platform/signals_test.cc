@@ -1,10 +1,8 @@
 #include "platform/signals.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <functional>
+#include <csignal>
 
 #include "platform/shell.h"
 #include "support/child.h"
@@ -12,23 +10,11 @@
 namespace morvane {
 namespace {
 
-// Returns the signal that ends a child which runs `code`, or 0 where none does.
-int ended_by(const std::function<void()>& code) {
-  const pid_t child = fork();
-  if (child == 0) {
-    code();
-    std::_Exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-}
-
 TEST(Signal, RemovesFilesAndThenEndsTheProgram) {
   for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
     const scratch_directory here;
     for (const char* name : {"first", "second", "third", "kept"}) write_file(name, "");
-    EXPECT_EQ(ended_by([=] {
+    EXPECT_EQ(signal_ending([=] {
                 handle_signals();
                 for (const char* name : {"first", "second", "kept", "third"}) {
                   if (name == std::string("third")) keep_on_signal("kept");
@@ -45,7 +31,7 @@ TEST(Signal, RemovesFilesAndThenEndsTheProgram) {
 TEST(Signal, ThatWasIgnoredAtTheStartStaysIgnored) {
   const scratch_directory here;
   write_file("file", "");
-  EXPECT_EQ(ended_by([] {
+  EXPECT_EQ(signal_ending([] {
               signal(SIGHUP, SIG_IGN);
               handle_signals();
               remove_on_signal("file");
@@ -57,7 +43,7 @@ TEST(Signal, ThatWasIgnoredAtTheStartStaysIgnored) {
 
 TEST(Signal, ThatIsHeldBackTakesEffectAtTheEnd) {
   const scratch_directory here;
-  EXPECT_EQ(ended_by([] {
+  EXPECT_EQ(signal_ending([] {
               handle_signals();
               const signals_held held;
               raise(SIGTERM);
@@ -70,7 +56,7 @@ TEST(Signal, ThatIsHeldBackTakesEffectAtTheEnd) {
 TEST(Signal, EndsTheProgramByHand) {
   const scratch_directory here;
   write_file("file", "");
-  EXPECT_EQ(ended_by([] {
+  EXPECT_EQ(signal_ending([] {
               handle_signals();
               remove_on_signal("file");
               end_by_signal(SIGQUIT);
