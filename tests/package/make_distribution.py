@@ -4,18 +4,27 @@
     make_distribution.py BUILD_DIRECTORY
 """
 
+import bz2
 import contextlib
 import grp
+import gzip
+import io
+import lzma
 import os
 import pathlib
 import pwd
+import random
+import re
 import resource
+import shutil
+import signal
 import socket
 import stat
 import subprocess
 import sys
 import tarfile
 import tempfile
+import time
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 COMMAND = pathlib.Path(__file__).resolve().parents[2] / "scripts/make-distribution"
@@ -39,13 +48,44 @@ def hard_link(name, target):
     return member(name, tarfile.LNKTYPE, target)
 
 
+def record(keyword, value):
+    """Returns a record of an extended header, which begins with its own length."""
+    rest = f" {keyword}={value}\n"
+    length = len(rest)
+    while len(f"{length}{rest}") != length:
+        length += 1
+    return f"{length}{rest}"
+
+
+def extra(kind, text):
+    """Returns a header that says more about the member behind it."""
+    header = tarfile.TarInfo("extra")
+    header.type, header.size = kind, len(text)
+    content = text.encode()
+    return header.tobuf(tarfile.USTAR_FORMAT) + content + bytes(-len(content) % tarfile.BLOCKSIZE)
+
+
+def long_name(name):
+    return extra(tarfile.GNUTYPE_LONGNAME, name + "\0")
+
+
+def long_target(target):
+    return extra(tarfile.GNUTYPE_LONGLINK, target + "\0")
+
+
+def extended(keyword, value):
+    return extra(tarfile.XHDTYPE, record(keyword, value))
+
+
 UNKNOWN_KIND = "neither a file, a directory nor a link"
 NOT_AS_IT_IS = "a name that tar and the shell would not hand on as it is"
 OUT = "a link that leads out of the tree"
 NOWHERE = "a link that leads nowhere"
 ABSOLUTE = "a link that is absolute, or leads to one that is"
 CIRCLE = "a link that leads in a circle"
-HARD_LINK = "a hard link to what does not stand before it in the archive"
+HARD_LINK = "a hard link to what is no file that stands before it in the archive"
+TOO_LONG = "a name that is too long"
+TWICE = "stands there twice, and not both times as a file or as a directory"
 OWN_FILE = "the installation puts a file of its own there"
 
 # Members of the archive probe.tar, and what is said about it.
@@ -57,7 +97,7 @@ REFUSED_MEMBERS = [
     ([member("a\tb")], [rf"'a\tb': {NOT_AS_IT_IS}"]),
     ([member("a\nb")], [rf"'a\nb': {NOT_AS_IT_IS}"]),
     ([member("a\177")], [rf"'a\x7f': {NOT_AS_IT_IS}"]),
-    ([member("na\u00efve")], [rf"'na\xefve': {NOT_AS_IT_IS}"]),
+    ([member("na\u00efve")], [f"'na\u00efve': {NOT_AS_IT_IS}"]),
     ([member("a\udcffb")], [rf"'a\udcffb': {NOT_AS_IT_IS}"]),
     ([member("a\\b")], [rf"'a\\b': {NOT_AS_IT_IS}"]),
     ([member("a*")], [f"'a*': {NOT_AS_IT_IS}"]),
@@ -76,7 +116,7 @@ REFUSED_MEMBERS = [
     ([directory("d"), link("install", "d")], ["'install': must be a directory"]),
     ([member("Makefile")], [f"'Makefile': {OWN_FILE}"]),
     ([member("./morvane.rsc")], [f"'./morvane.rsc': {OWN_FILE}"]),
-    ([directory("morvane.SunOS4")], [f"'morvane.SunOS4': {OWN_FILE}"]),
+    ([directory("morvane.SunOS4")], [f"'morvane.SunOS4/': {OWN_FILE}"]),
     ([member("morvane.SunOS5")], [f"'morvane.SunOS5': {OWN_FILE}"]),
     ([member("install/probe.descr")], [f"'install/probe.descr': {OWN_FILE}"]),
     ([member("install/probe.dat")], [f"'install/probe.dat': {OWN_FILE}"]),
@@ -95,6 +135,27 @@ REFUSED_MEMBERS = [
     ([hard_link("h", "missing")], [f"'h': {HARD_LINK}"]),
     ([hard_link("h", "f"), member("f")], [f"'h': {HARD_LINK}"]),
     ([directory("d"), hard_link("h", "d")], [f"'h': {HARD_LINK}"]),
+    ([hard_link("h", "/f"), member("f")], [f"'h': {HARD_LINK}"]),
+    ([member("f"), hard_link("h", "/f")], [f"'h': {HARD_LINK}"]),
+    ([member("f"), hard_link("h", "")], [f"'h': {HARD_LINK}"]),
+    ([directory("a"), link("a/l", "../f"), member("f"), hard_link("h", "a/l")],
+     [f"'h': {HARD_LINK}"]),
+    ([link("l", "")], [f"'l': {NOWHERE}"]),
+    ([member("f"), link("l", "f"), member("l")], [f"'l': {TWICE}"]),
+    ([member("f"), link("l", "f"), link("l", "f")], [f"'l': {TWICE}"]),
+    ([directory("d"), link("l", "d"), directory("l")], [f"'l/': {TWICE}"]),
+    ([member("f"), hard_link("h", "f"), member("h")], [f"'h': {TWICE}"]),
+    ([member("f"), member("g"), link("f", "g")], [f"'f': {TWICE}"]),
+    ([member("f"), directory("f")], [f"'f/': {TWICE}"]),
+    ([directory("d"), member("d")], [f"'d': {TWICE}"]),
+    ([member("")], ["'': must be a directory"]),
+    ([member(".")], ["'.': must be a directory"]),
+    ([member("f" * 256)], [f"'{'f' * 256}': {TOO_LONG}"]),
+    ([member("d/" * 511 + "ff")], [f"'{'d/' * 511}ff': {TOO_LONG}"]),
+    ([member("größe\33[2J\u202e")], [rf"'größe\x1b[2J\u202e': {NOT_AS_IT_IS}"]),
+    ([member(" f")], [f"' f': {NOT_AS_IT_IS}"]),
+    ([member("f\n-r-")], [rf"'f\n-r-': {NOT_AS_IT_IS}"]),
+    ([member('a" -> "b')], [f"""'a" -> "b': {NOT_AS_IT_IS}"""]),
     ([member("a b"), member("f"), member("-x")],
      [f"'a b': {NOT_AS_IT_IS}", "'-x': a name that chown would take for an option"]),
 ]
@@ -104,7 +165,7 @@ MADE_OF = ("an identifier is made of letters, digits and _.+- and begins with a 
 
 # Identifiers of products, and what is said about them.
 REFUSED_IDENTIFIERS = [
-    ([identifier], [f"{identifier!a}: {MADE_OF}"])
+    ([identifier], [f"{identifier!r}: {MADE_OF}"])
     for identifier in ["a b", "a\tb", "a\nb", "na\u00efve", "-a", "+a", ".a", "", "a\\b"]
     + [f"a{character}b" for character in "$#%:='\"`;&|<>()*?[]{}~!^@,\177"]
 ] + [
@@ -115,14 +176,43 @@ REFUSED_IDENTIFIERS = [
     (["a-tar", "a"], ["a-tar: install.mk calls a rule for a so"]),
     (["a", "a.tar"], ["a.tar: install.mk calls a rule for a so"]),
     (["a", "a"], ["a: is given twice"]),
+    (["a", "a.c"], ["a.c: make has a rule of its own between a.c and a"]),
+    (["a.c", "a.o"], ["a.o: make has a rule of its own between a.o and a.c"]),
+    (["a.y.c", "a"], ["a.y.c: make has a rule of its own between a.y.c and a"]),
+    (["s.a", "a"], ["s.a: make has a rule of its own between s.a and a"]),
+    (["s.c", "s"], ["s.c: make has a rule of its own between s.c and s"]),
+    (["a-new.sh", "a"], ["a-new.sh: make has a rule of its own between a-new.sh and a-new"]),
+    (["a.tar.c", "a"], ["a.tar.c: make has a rule of its own between a.tar.c and a.tar"]),
+    (["install.sh"], ["install.sh: make has a rule of its own between install.sh and install"]),
+    (["products.c"], ["products.c: make has a rule of its own between products.c and products"]),
+    (["install.mk.f"],
+     ["install.mk.f: make has a rule of its own between install.mk.f and install.mk"]),
     ([f"p{n}" for n in range(51)], ["51 products, and a distribution holds at most 50"]),
 ]
 
 # Contents of the file probe.tar, and what is said about it.
+NO_ARCHIVE = "probe.tar: no tar archive that can be read:"
 REFUSED_CONTENTS = [
-    (b"", "probe.tar: no tar archive that can be read: empty file"),
-    (b"no archive" * 100, "probe.tar: no tar archive that can be read: invalid header"),
+    (b"", f"{NO_ARCHIVE} This does not look like a tar archive"),
+    (b"no archive" * 100, f"{NO_ARCHIVE} This does not look like a tar archive"),
     (bytes(10240), "probe.tar: holds nothing"),
+    (gzip.compress(b"any"), "probe.tar: is compressed with gzip: unpack it first"),
+    (bz2.compress(b"any"), "probe.tar: is compressed with bzip2: unpack it first"),
+    (lzma.compress(b"any"), "probe.tar: is compressed with xz: unpack it first"),
+    (b"\x28\xb5\x2f\xfd\x20\x03", "probe.tar: is compressed with zstd: unpack it first"),
+]
+
+# What precedes a member, which tar and another reader may take for different things: it is what
+# tar makes of it that counts.
+REFUSED_HEADERS = [
+    ([long_name("f"), extended("path", "/opt/victim"), member("f")],
+     ["'/opt/victim': an absolute name"]),
+    ([extended("path", "/opt/victim"), long_name("f"), member("f")],
+     ["'/opt/victim': an absolute name"]),
+    ([extra(tarfile.XGLTYPE, record("path", "/opt/victim")), member("f")],
+     ["'/opt/victim': an absolute name"]),
+    ([member("f"), long_target("f"), extended("linkpath", "/opt/victim"), link("l", "f")],
+     [f"'l': {ABSOLUTE}"]),
 ]
 
 
@@ -149,7 +239,10 @@ class Workshop:
         with tarfile.open(path, "w", format=tarfile.GNU_FORMAT, encoding="utf-8",
                           errors="surrogateescape") as archive:
             for entry in members:
-                archive.addfile(entry)
+                if isinstance(entry, bytes):
+                    archive.fileobj.write(entry)
+                else:
+                    archive.addfile(entry)
         self.describe(identifier)
         return path
 
@@ -207,16 +300,100 @@ def refused_content(content, line):
 def damaged_archives(workshop):
     archive = workshop.archive("probe", [member("f"), member("g"), member("h")])
     whole = archive.read_bytes()
-    archive.write_bytes(whole[:512] + b"x" * 512 + whole[1024:])
-    workshop.refuse(["probe.tar: no tar archive that can be read: damaged"], archive)
-    archive.write_bytes(whole[:700])
-    workshop.refuse(["probe.tar: no tar archive that can be read: damaged"], archive)
     tree = workshop.tree("full")
-    (tree / "f").write_bytes(bytes(2000))
+    (tree / "f").write_bytes(b"x" * 2000)
     with tarfile.open(archive, "w", format=tarfile.USTAR_FORMAT) as made:
         made.add(tree / "f", "f")
-    archive.write_bytes(archive.read_bytes()[:1024])
-    workshop.refuse(["probe.tar: no tar archive that can be read: unexpected end of data"], archive)
+    full = archive.read_bytes()
+    for content, reason in ((whole[:512] + b"x" * 512 + whole[1024:], "Skipping to next header"),
+                            (whole[:700], "it has no end"),
+                            (whole[:1024], "it has no end"),
+                            (full[:1024], "Unexpected EOF in archive"),
+                            (full[:2560], "it has no end")):
+        archive.write_bytes(content)
+        workshop.refuse([f"probe.tar: no tar archive that can be read: {reason}"], archive)
+
+
+def names_without_an_end(workshop):
+    """What is deep or long takes no longer than other archives of its size."""
+    for members in ([member("d/" * 20_000 + "f")], [link("l", "d/" * 20_000)],
+                    [extra(tarfile.XGLTYPE, record("path", "d/" * 20_000)), *[member("f")] * 2000]):
+        before = time.monotonic()
+        workshop.refuse(["probe.tar: holds a name that is too long"],
+                        workshop.archive("probe", members))
+        expect("took long", False, time.monotonic() - before > 20)
+
+
+def two_names_for_a_member(workshop):
+    archive = workshop.archive("probe", [long_name("/opt/victim"), extended("path", "f"),
+                                         member("g")])
+    listed = subprocess.run(["tar", "-tf", archive], capture_output=True, text=True, check=True)
+    expect("what tar takes it for", "f\n", listed.stdout)
+    workshop.accept([], archive)
+
+
+def chains_of_links(workshop):
+    links = [link(f"l{n}", f"l{n + 1}") for n in range(40)]
+    workshop.accept([], workshop.archive("probe", [member("l40"), *links]))
+    shutil.rmtree(workshop.result)
+    links = [link(f"l{n}", f"l{n + 1}") for n in range(41)]
+    workshop.refuse([f"probe.tar: 'l0': {CIRCLE}"],
+                    workshop.archive("probe", [member("l41"), *reversed(links)]))
+    # Each leads twice through the one before it, which thus is passed more often than once.
+    links = [directory("l0"), *[link(f"l{n}", f"l{n - 1}/../l{n - 1}") for n in range(1, 8)]]
+    workshop.refuse([f"probe.tar: 'l{n}': {CIRCLE}" for n in (6, 7)],
+                    workshop.archive("probe", links))
+
+
+def long_but_sound(workshop):
+    members = [member("d/" * 511 + "f"), member("f" * 255)]
+    workshop.accept([], workshop.archive("probe", members))
+
+
+def mutated(content, chance):
+    """Returns an archive with a few fields, bits or blocks of it changed, its checksums right."""
+    made = bytearray(content)
+    for _ in range(chance.randint(1, 3)):
+        header = chance.randrange(0, len(made), tarfile.BLOCKSIZE)
+        at = header + chance.randrange(345)
+        change = chance.randrange(4)
+        if change == 0:
+            made[at] ^= 1 << chance.randrange(8)
+        elif change == 1:
+            made[at:at + 4] = chance.choice((b"-001", b"\x80\0\0\1", b"\xff\xff\xff\xff", b"../\0"))
+        elif change == 2:
+            made[header:header] = chance.choice((
+                extended(chance.choice(("path", "linkpath", "size", "GNU.sparse.map")),
+                         chance.choice(("", "-1", "/opt/victim", "0,9", "9" * 30))),
+                extra(tarfile.XHDTYPE, chance.choice(("0 path=a\n", "9 path=a", "\0", "99999"))),
+                long_name("n" * 200), long_target("../up")))
+        else:
+            del made[header:header + chance.randrange(2 * tarfile.BLOCKSIZE)]
+        for start in range(0, len(made) - 511, tarfile.BLOCKSIZE):
+            if made[start + 257:start + 262] == b"ustar":
+                made[start + 148:start + 156] = b" " * 8
+                made[start + 148:start + 156] = b"%06o\0 " % sum(made[start:start + 512])
+        if not made:
+            break
+    return bytes(made)
+
+
+def mutated_archives(workshop):
+    """However an archive is damaged, the reasons are lines that begin with its name."""
+    archive = workshop.archive("probe", [directory("d"), member("d/f"), link("l", "d/f"),
+                                         hard_link("h", "d/f"), member("d/" + "n" * 120)])
+    content = archive.read_bytes()[:8 * tarfile.BLOCKSIZE] + bytes(1024)
+    endings = set()
+    for seed in range(60):
+        archive.write_bytes(mutated(content, random.Random(seed)))
+        ended = workshop.run(archive)
+        endings.add(ended.returncode)
+        lines = ended.stderr.splitlines()
+        sound = all(line.startswith("make-distribution: probe.tar: ") for line in lines)
+        expect(f"reasons for {seed}: {ended.stderr}", (True, ended.returncode == 1),
+               (sound, bool(lines)))
+        shutil.rmtree(workshop.result, ignore_errors=True)
+    expect("exit statuses", {0, 1}, endings)
 
 
 def too_many_names(workshop):
@@ -352,11 +529,78 @@ def other_language(workshop):
 
 
 def unknown_language(workshop):
-    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "xx"])
-    expect("standard error",
-           f"make-distribution: {BUILD}/morvane.xx.rsc: No such file or directory\n", ended.stderr)
+    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "fr"])
+    expect("standard error", "make-distribution: there are no messages in 'fr', only: "
+           "English (without --language), de\n", ended.stderr)
     expect("exit status", 1, ended.returncode)
     expect("what is left", ["products"], os.listdir(workshop.root))
+
+
+def descriptions_that_are_no_files(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    description = workshop.products / "probe.descr"
+    for make in (os.mkfifo, os.mkdir, lambda path: os.symlink("missing", path)):
+        description.unlink()
+        make(description)
+        workshop.refuse([f"{description}: is no file"], archive)
+        if make is os.mkdir:
+            description.rmdir()
+            description.touch()
+
+
+def control_characters_in_an_argument(workshop):
+    path = workshop.products / "größe\33[2J"
+    workshop.refuse([f"{workshop.products}/größe\\x1b[2J: there is neither an archive, ID.tar, nor "
+                     "a source tree, ID"], path)
+
+
+def no_python(workshop):
+    ended = subprocess.run([COMMAND, workshop.result, "probe"], env={"PATH": str(workshop.products)},
+                           capture_output=True, text=True, timeout=60)
+    expect("standard error", "make-distribution: python3 is missing: install it, as with "
+           "'apt-get install python3'\n", ended.stderr)
+    expect("exit status", 1, ended.returncode)
+
+
+def stopped(number):
+    """A signal that comes while an archive is read, which here is done by what never ends."""
+    def check(workshop):
+        archive = workshop.archive("probe", [member("f")])
+        slow = workshop.root / "products/tar"
+        slow.write_text("#!/bin/sh\n: >reading\nexec sleep 60\n")
+        slow.chmod(0o755)
+        command = subprocess.Popen(
+            [COMMAND, "--build", BUILD, workshop.result, archive], cwd=workshop.products,
+            env={**os.environ, "PATH": f"{workshop.products}:{os.environ['PATH']}"},
+            stderr=subprocess.PIPE, start_new_session=True)
+        while not (workshop.products / "reading").exists() and command.poll() is None:
+            time.sleep(0.01)
+        os.killpg(command.pid, number)
+        expect("standard error", b"", command.communicate(timeout=60)[1])
+        expect("exit status", 128 + number, command.returncode)
+        expect("what is left", ["products"], os.listdir(workshop.root))
+    check.__name__ = f"stopped by {number.name}"
+    return check
+
+
+def endings_that_make_knows(workshop):
+    """What make's own rules make from each other is refused, whatever rules this host's makes
+    have."""
+    rules = set()
+    for command, rule in ((["make", "-pf", os.devnull], r"^%(\.[\w-]+)?: %(\.[\w-]+)?( |$)"),
+                          (["bmake", "-dg1", "-f", os.devnull], r"^(\.\w+)(\.[\w-]+)? +: ()$")):
+        with contextlib.suppress(FileNotFoundError):
+            ended = subprocess.run([*command, "-n"], capture_output=True, text=True, timeout=60,
+                                   env={**os.environ, "MAKEFLAGS": ""})
+            rules |= {frozenset(found[:2]) for found
+                      in re.findall(rule, ended.stdout + ended.stderr, re.MULTILINE)}
+    expect("rules were found", True, {frozenset(("", ".c")), frozenset((".c", ".o"))} <= rules)
+    pairs = [sorted(f"p{n:03}{ending}" for ending in rule) for n, rule in enumerate(rules)]
+    for first in range(0, len(pairs), 25):
+        chosen = sorted(pairs[first:first + 25])
+        workshop.refuse([f"{two}: make has a rule of its own between {two} and {one}"
+                         for one, two in chosen],
+                        *[workshop.archive(name, [member("f")]) for pair in chosen for name in pair])
 
 
 def fifty_products(workshop):
@@ -398,7 +642,12 @@ CHECKS = (
     [refused_members(*row) for row in REFUSED_MEMBERS]
     + [refused_identifiers(*row) for row in REFUSED_IDENTIFIERS]
     + [refused_content(*row) for row in REFUSED_CONTENTS]
-    + [damaged_archives, too_many_names, what_is_no_product, result_that_exists,
+    + [refused_members(*row) for row in REFUSED_HEADERS]
+    + [stopped(number) for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)]
+    + [damaged_archives, names_without_an_end, two_names_for_a_member, chains_of_links,
+       long_but_sound, mutated_archives,
+       endings_that_make_knows, descriptions_that_are_no_files, control_characters_in_an_argument,
+       no_python, too_many_names, what_is_no_product, result_that_exists,
        build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
        members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
        other_language, unknown_language, fifty_products, odd_but_sound])
