@@ -32,19 +32,58 @@ test "$("$store/bin/kelstone" get "$work/store" key)" = value || fail "kelstone 
 play second
 echo "one two" | "$work/dist/opt/dovetally/bin/dovetally" || fail "dovetally does not work"
 
+# says LINE: what was run last must have said that, on a line of its own.
+says() {
+	grep -qFx "$1" "$work/output" || fail "it does not say: $1"
+}
+
+system=$(uname -s)
+own=morvane.$(uname -sr | sed 's/\..*$//;s/ //')
+
 # In its own directory the launchers find the program on the PATH, and say so where there is none.
 cd "$store"
-for command in "$make" ./morvane.SunOS5; do
-	if "$command" </dev/null >"$work/output" 2>&1; then fail "$command found a morvane"; fi
-	grep -q "morvane[.][A-Z].* on the PATH" "$work/output" || fail "$command does not say what is missing"
-done
-PATH=$build:$PATH
+if ./morvane.SunOS5 </dev/null >"$work/output" 2>&1; then fail "the launcher found a morvane"; fi
+says "./morvane.SunOS5: there is no morvane on the PATH, and none was built for this system"
+if "$make" </dev/null >"$work/output" 2>&1; then fail "$make found a morvane"; fi
+says "morvane: no program for this host: neither ./$own nor a morvane on the PATH."
+says "morvane: Install the package morvane, or copy $own here from the distribution; then type make again."
+rm bin/kelstone
+(
+	PATH=$build:$PATH
+	play again
+)
+test -x bin/kelstone || fail "kelstone was not compiled again"
+
+# A copied program does, too, for another release as well; one that does not run here is left alone.
+cp "$build/morvane" "$own"
+printf '\376\312' | dd of="$own" bs=1 seek=18 conv=notrunc 2>/dev/null # another machine's number
+cp "$own" "morvane.${system}0"
+cp "$build/morvane" "morvane.${system}1"
 rm bin/kelstone
 play again
-test -x bin/kelstone || fail "kelstone was not compiled again"
+test "$(grep -cF "morvane: ./$own does not run on this host: " "$work/output")" -eq 1 ||
+	fail "there is not one line about $own"
+test -x bin/kelstone || fail "kelstone was not compiled again with the other program"
+rm "morvane.${system}1"
+if "$make" </dev/null >"$work/output" 2>&1; then fail "a program that does not run here was run"; fi
+says "morvane: no program for this host: neither ./$own nor a morvane on the PATH."
+cp "$build/morvane" "$own"
+
+# An installation that fails tells how to go on.
+mv src/kelstone.c "$work"
+rm bin/kelstone
+"$project/scripts/answers" again "$work/dist" >"$work/answers"
+if "$make" <"$work/answers" >"$work/output" 2>&1; then fail "make compiled what is not there"; fi
+says "morvane: The installation is not complete. When the error above is mended, type: $make -f install.mk"
+mv "$work/kelstone.c" src
+"$make" -f install.mk >"$work/output" 2>&1 || fail "it could not be continued"
+test -x bin/kelstone || fail "kelstone was not compiled when it was continued"
 
 # The operator's no to the last question, or an early end, leaves everything alone.
 cd "$work/dist"
 rm -f install.mk
-if "$make" </dev/null >"$work/output" 2>&1; then fail "make went on without an answer"; fi
-test ! -e install.mk || fail "install.mk was written without an answer"
+for typed in "" q; do
+	if echo $typed | "$make" >"$work/output" 2>&1; then fail "make went on without an answer"; fi
+	says "morvane: Nothing was installed."
+	test ! -e install.mk || fail "install.mk was written without an answer"
+done
