@@ -40,12 +40,25 @@ cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/output" 2>&1 || fai
 package=$(echo "$work"/*.deb)
 version=$(dpkg-deb --field "$package" Version)
 
+# field NAME PATTERN: the package must say that.
+field() {
+	said=$(dpkg-deb --field "$package" "$1")
+	# shellcheck disable=SC2254 # a pattern
+	case $said in $2) ;; *) fail "$1: $said" ;; esac
+}
+field Depends "libc6 (>= 2.34), libgcc-s1 (>= *)"
+field Recommends "make | bmake, python3"
+field Suggests "gcc | c-compiler"
+
 mkdir -p "$work/root/var/lib/dpkg/info" "$work/root/var/lib/dpkg/updates"
 touch "$work/root/var/lib/dpkg/status" "$work/root/var/lib/dpkg/available"
 manage --install "$package"
 zcat "$work/root/usr/share/doc/morvane/changelog.Debian.gz" | head -n 1 |
 	grep -qF "morvane ($version) " || fail "the changelog does not begin with version $version"
 "$here/try_installation.sh" "$work/root/usr"
+if readelf --sections --wide "$work/root/usr/bin/morvane" | grep -q -e '[.]symtab' -e '[.]debug'; then
+	fail "morvane is not stripped"
+fi
 
 manage --purge morvane
 left=$(find "$work/root" -mindepth 1 ! -path "$work/root/var*")

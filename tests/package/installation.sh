@@ -11,12 +11,16 @@ if [ ! -w "$build" ]; then
 	echo "skipped: $build cannot be written"
 	exit 77
 fi
-DESTDIR=$work cmake --install "$build" --prefix /usr/local >/dev/null
+DESTDIR=$work cmake --install "$build" --prefix /usr/local --strip >/dev/null
 "$here/try_installation.sh" "$work/usr/local"
 
 cd "$work"
 for file in usr/local/share/doc/morvane/README.md usr/local/share/doc/morvane/copyright; do
 	test -f $file || { echo "$file is missing"; exit 1; }
 done
+if readelf --sections --wide usr/local/bin/morvane | grep -q -e '[.]symtab' -e '[.]debug'; then
+	echo "morvane is not stripped"
+	exit 1
+fi
 outside=$(find . -type f ! -path './usr/local/*')
 test -z "$outside" || { echo "outside the prefix: $outside"; exit 1; }
