@@ -425,6 +425,12 @@ def result_that_exists(workshop):
     expect("the result", before, sorted(os.listdir(workshop.result)))
 
 
+def result_in_no_directory(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    workshop.result = archive / "result"
+    workshop.refuse([f"{archive}: is no directory"], archive)
+
+
 def build_without_a_program(workshop):
     archive = workshop.archive("probe", [member("f")])
     ended = workshop.run(archive, build=workshop.products)
@@ -648,6 +654,7 @@ CHECKS = (
        long_but_sound, mutated_archives,
        endings_that_make_knows, descriptions_that_are_no_files, control_characters_in_an_argument,
        no_python, too_many_names, what_is_no_product, result_that_exists,
+       result_in_no_directory,
        build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
        members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
        other_language, unknown_language, fifty_products, odd_but_sound])
