@@ -18,7 +18,7 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The morvane authors <morvane@localhost.invalid>")
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# An installation runs make; make-distribution is written in Python; some of the samples are compiled.
+# An installation runs make, make-distribution is written in Python, and some samples are compiled.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "make | bmake, python3")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "gcc | c-compiler")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

@@ -56,7 +56,8 @@ manage --install "$package"
 zcat "$work/root/usr/share/doc/morvane/changelog.Debian.gz" | head -n 1 |
 	grep -qF "morvane ($version) " || fail "the changelog does not begin with version $version"
 "$here/try_installation.sh" "$work/root/usr"
-if readelf --sections --wide "$work/root/usr/bin/morvane" | grep -q -e '[.]symtab' -e '[.]debug'; then
+if readelf --sections --wide "$work/root/usr/bin/morvane" |
+	grep -q -e '[.]symtab' -e '[.]debug'; then
 	fail "morvane is not stripped"
 fi
 

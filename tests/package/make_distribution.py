@@ -8,7 +8,6 @@ import bz2
 import contextlib
 import grp
 import gzip
-import io
 import lzma
 import os
 import pathlib
@@ -556,13 +555,13 @@ def descriptions_that_are_no_files(workshop):
 
 def control_characters_in_an_argument(workshop):
     path = workshop.products / "größe\33[2J"
-    workshop.refuse([f"{workshop.products}/größe\\x1b[2J: there is neither an archive, ID.tar, nor "
-                     "a source tree, ID"], path)
+    workshop.refuse([f"{workshop.products}/größe\\x1b[2J: there is neither an archive, ID.tar, "
+                     "nor a source tree, ID"], path)
 
 
 def no_python(workshop):
-    ended = subprocess.run([COMMAND, workshop.result, "probe"], env={"PATH": str(workshop.products)},
-                           capture_output=True, text=True, timeout=60)
+    ended = subprocess.run([COMMAND, workshop.result, "probe"], capture_output=True, text=True,
+                           env={"PATH": str(workshop.products)}, timeout=60)
     expect("standard error", "make-distribution: python3 is missing: install it, as with "
            "'apt-get install python3'\n", ended.stderr)
     expect("exit status", 1, ended.returncode)
@@ -578,7 +577,8 @@ def stopped(number):
         command = subprocess.Popen(
             [COMMAND, "--build", BUILD, workshop.result, archive], cwd=workshop.products,
             env={**os.environ, "PATH": f"{workshop.products}:{os.environ['PATH']}"},
-            stderr=subprocess.PIPE, start_new_session=True)
+            stderr=subprocess.PIPE, start_new_session=True,
+            preexec_fn=lambda: signal.signal(number, signal.SIG_DFL))
         while not (workshop.products / "reading").exists() and command.poll() is None:
             time.sleep(0.01)
         os.killpg(command.pid, number)
@@ -606,7 +606,8 @@ def endings_that_make_knows(workshop):
         chosen = sorted(pairs[first:first + 25])
         workshop.refuse([f"{two}: make has a rule of its own between {two} and {one}"
                          for one, two in chosen],
-                        *[workshop.archive(name, [member("f")]) for pair in chosen for name in pair])
+                        *[workshop.archive(name, [member("f")])
+                          for pair in chosen for name in pair])
 
 
 def fifty_products(workshop):

@@ -46,7 +46,8 @@ if ./morvane.SunOS5 </dev/null >"$work/output" 2>&1; then fail "the launcher fou
 says "./morvane.SunOS5: there is no morvane on the PATH, and none was built for this system"
 if "$make" </dev/null >"$work/output" 2>&1; then fail "$make found a morvane"; fi
 says "morvane: no program for this host: neither ./$own nor a morvane on the PATH."
-says "morvane: Install the package morvane, or copy $own here from the distribution; then type make again."
+says "morvane: Install the package morvane, or copy $own here from the distribution;\
+ then type make again."
 rm bin/kelstone
 (
 	PATH=$build:$PATH
@@ -74,7 +75,8 @@ mv src/kelstone.c "$work"
 rm bin/kelstone
 "$project/scripts/answers" again "$work/dist" >"$work/answers"
 if "$make" <"$work/answers" >"$work/output" 2>&1; then fail "make compiled what is not there"; fi
-says "morvane: The installation is not complete. When the error above is mended, type: $make -f install.mk"
+says "morvane: The installation is not complete. When the error above is mended,\
+ type: $make -f install.mk"
 mv "$work/kelstone.c" src
 "$make" -f install.mk >"$work/output" 2>&1 || fail "it could not be continued"
 test -x bin/kelstone || fail "kelstone was not compiled when it was continued"
