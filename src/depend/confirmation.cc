@@ -96,7 +96,7 @@ bool product_accept(const product& record, std::optional<std::string_view> targe
                         .category = candidate.category,
                         .candidate = &candidate,
                         .directory = candidate.path,
-                        .patch = target ? std::nullopt : std::optional(candidate.patch)});
+                        .patch = target ? std::nullopt : std::optional(candidate.release.patch)});
 }
 
 bool new_installation(const product& record, target_dep& target) {

@@ -1,3 +1,5 @@
+#include "platform/directory.h"
+
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -5,7 +7,6 @@
 
 #include <fstream>
 
-#include "platform/directory.h"
 #include "platform/shell.h"
 #include "support/child.h"
 
