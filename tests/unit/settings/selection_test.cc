@@ -228,7 +228,7 @@ TEST(Selection, AProductWithoutIdentifierStaysSelectedAndIsNotShown) {
 
 TEST(Selection, ShowsNoNegativeMinorVersionOrPatch) {
   product_table table;
-  set_version(add_product(table, "p", product_state::AVAILABLE), {2, 1, -3, -4});
+  add_product(table, "p", product_state::AVAILABLE).release = {2, 1, -3, -4};
   const std::string version = std::string(46, ' ') + "  2.1      \n";
   EXPECT_EQ(choose("1\ny\n", table).out, HEADING + COLUMNS + "  1 :   *    p" + version +
                                              INSTRUCTIONS + SELECTION + "  1 :  p      " + version +
