@@ -80,6 +80,7 @@ TEST(LinksPath, EveryWrongAnswerHasItsReply) {
       {"", again},
       {"/no/such/links.conf", "<109> '/no/such/links.conf'!\n" + again_not_there},
       {"/no/such", "<110> '/no/such'!\n" + again},
+      {directory.path() + "/sub", "<110> '" + directory.path() + "/sub'!\n" + again},
       {"/links.conf/links.conf", "<110> '/links.conf/links.conf'!\n" + again},
       {good + "x", "<110> '" + good + "x'!\n" + again},
       {std::string("\0", 1), "<110> ''!\n" + again},

@@ -187,6 +187,8 @@ TEST(Selection, EveryAnswerLeavesItsStatesAndWarnings) {
     const outcome seen = choose(std::string(line) + "\ny\n", six.table);
     EXPECT_EQ(seen.result, left) << line;
     EXPECT_EQ(seen.err, warnings) << line;
+    const bool changed = left != std::string("1 1 10 1 0 3");
+    EXPECT_NE(seen.out.find(changed ? SELECTION : "\n<22>"), std::string::npos) << line;
   }
 }
 
@@ -326,7 +328,7 @@ TEST(Details, TheEndOfInputQuits) {
 }
 
 // Two products: the first fixes an owner and groups, `descr_avail` as given.
-outcome choose_fixed(int descr_avail, bool as_ordinary_user) {
+outcome choose_fixed(int descr_avail, bool as_ordinary_user, const char* typed = "1,2\ny\n") {
   product_table table;
   product& fixed = add_product(table, "fixed", product_state::AVAILABLE);
   fixed.descr_avail = descr_avail;
@@ -334,7 +336,7 @@ outcome choose_fixed(int descr_avail, bool as_ordinary_user) {
   fixed.fix_owner[9] = "no such user either";
   fixed.fix_group[9] = "no-such-group";
   add_product(table, "free", product_state::AVAILABLE);
-  return choose("1,2\ny\n", table, as_ordinary_user);
+  return choose(typed, table, as_ordinary_user);
 }
 
 TEST(FixedOwners, OneLineForEachNameThatIsRefused) {
@@ -346,6 +348,12 @@ TEST(FixedOwners, OneLineForEachNameThatIsRefused) {
                           "<97> <99> 'no-such-group' !\n<94> 1 !\n" +
                           SELECTION),
             std::string::npos);
+}
+
+TEST(FixedOwners, ARefusedProductAloneIsNoSelection) {
+  const outcome seen = choose_fixed(FIXED_LISTS, true, "1\ny\n");
+  EXPECT_EQ(seen.result, "1 1");
+  EXPECT_NE(seen.out.find("<94> 1 !\n\n<22>"), std::string::npos);
 }
 
 TEST(FixedOwners, TheSuperuserIsRefusedUnknownGroupsOnly) {
