@@ -91,7 +91,10 @@ TEST(InstalledVersion, ADescribedProductOfTheTableReadsNoDirectory) {
   use_test_messages();
   const scratch_directory directory;
   write_file("db/install/a.descr", "fault = 1\n");
-  const product record = db_product({1, 2, 3, 4});
+  product record;
+  record.install = product_state::INSTALLED;
+  record.id = "db";
+  record.release = {1, 2, 3, 4};
   EXPECT_EQ(look_up("DB", "sql", &record).err, "");
   EXPECT_NE(look_up("DB", "sql").err, "");
 }

@@ -142,8 +142,8 @@ TEST(ProductDependencies, AGivenUpPatchStillReadsTheProductsOfItsDirectory) {
   app_table products;
   products.app.install = product_state::AVAILABLE;
   products.app.path = directory.path() + "/opt";
-  products.app.path_valid = PATH_CHOSEN;
-  products.app.needed_patches[0] = 0;
+  products.app.path_valid = path_state::CHOSEN;
+  products.app.needed_patches[0].level = 0;
   const outcome seen = in_child("", [&] {
     get_product_depend(products.app, products.table);
     return states(products.table);

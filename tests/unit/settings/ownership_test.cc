@@ -180,7 +180,7 @@ TEST(Owner, IsThatOfTheFirstSettledProductInTheSamePlace) {
 TEST(Ownership, OfAProductInAScannedPlaceIsTheDefaultToo) {
   app_table products;
   product& neighbour = products.add_neighbour(product_state::INSTALLED);
-  neighbour.path_valid = PATH_SCANNED;
+  neighbour.path_valid = path_state::SCANNED;
   neighbour.owner = own_user();
   neighbour.group = own_group();
   EXPECT_EQ(settle_owner("\n", products).out, "\n<30> 'app' (" + own_user() + ") : ");

@@ -101,7 +101,7 @@ TEST(PathQuestion, ATildeIsTheHomeOfTheUser) {
 TEST(PathQuestion, ATildeIsTheHomeOfWhoStartedTheProgram) {
   if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
   use_wide_messages();
-  const auto home = [] { return get_valid_path("Where", "", {}).path; };
+  const auto home = [] { return get_valid_path({PATH_QUESTION, "Where"}, {}).path; };
   const std::string home_of_superuser = getpwuid(0)->pw_dir;
   const std::string home_of_nobody = getpwuid(NOBODY)->pw_dir;
   ASSERT_NE(home_of_superuser, home_of_nobody);
