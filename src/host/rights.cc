@@ -6,6 +6,7 @@
 #include "platform/diagnostic.h"
 #include "platform/identity.h"
 #include "platform/shell.h"
+#include "platform/signals.h"
 #include "text/format.h"
 #include "text/quoting.h"
 
@@ -24,6 +25,8 @@ bool check_owner(std::string_view user_name) {
 }
 
 bool check_group(std::string_view group_name) {
+  const std::string probe(MAKEFILE_NAME);
+  remove_on_signal(probe);  // it is empty, and looks like the makefile
   if (!run_command(fill("touch ./%s 2>/dev/null 1>/dev/null", {MAKEFILE_NAME}))) {
     diagnose(fill("\n\n%s\n\n ./%s", {r[PROBE_NOT_CREATED], MAKEFILE_NAME}));
     quit();
@@ -33,6 +36,7 @@ bool check_group(std::string_view group_name) {
   if (!allowed) print_refusal(NO_RIGHTS_GROUP, group_name);
   // The quotes keep an alias of that name away.
   run_command(fill("'rm' -f ./%s", {MAKEFILE_NAME}));
+  keep_on_signal(probe);
   return allowed;
 }
 

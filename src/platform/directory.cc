@@ -45,10 +45,7 @@ struct directory_entries {
     file_names names;
     for (const std::string_view line : split_words(listing, "\n")) {
       const std::string name(line);
-      struct stat status;
-      if (fits(name.c_str()) && lstat(path_of(name).c_str(), &status) == 0 && !is_directory(name)) {
-        names.push_back(name);
-      }
+      if (fits(name.c_str()) && is_there(name) && !is_directory(name)) names.push_back(name);
     }
     return names;
   }
@@ -72,6 +69,12 @@ struct directory_entries {
 
   bool fits(const char* name) const {
     return fnmatch(pattern.c_str(), name, FNM_PERIOD | FNM_PATHNAME) == 0;
+  }
+
+  // What cannot be looked at is there all the same: the listing says so.
+  bool is_there(const std::string& name) const {
+    struct stat status;
+    return lstat(path_of(name).c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
   }
 
   bool is_directory(const std::string& name) const {

@@ -1,10 +1,12 @@
 #include "platform/signals.h"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <ctime>
 
 #include "text/text.h"
 
@@ -23,8 +25,19 @@ void remove_files() {
   }
 }
 
+// Gives a command that was just started a moment: its shell may be about to create a file that was
+// removed.
+void await_command() {
+  constexpr timespec MOMENT = {.tv_sec = 0, .tv_nsec = 10'000'000};
+  for (int moments = 0; moments < 100 && waitpid(-1, nullptr, WNOHANG) == 0; ++moments) {
+    nanosleep(&MOMENT, nullptr);
+  }
+}
+
 // Runs with the signal's default action in force again: raised once more, it ends the program.
 void end_after_removal(int signal) {
+  remove_files();
+  await_command();
   remove_files();
   raise(signal);
 }

@@ -37,6 +37,8 @@ ENDLESS = 16 << 20  # bytes that no session writes
 WORKERS = 3
 MAKEFILE_TAIL = b'.c:\n\techo "** compiling $@"\n\t$(CC) $(OPTS) -o ./$@ ./$*.c\n\n\n'
 FAREWELL = b"<299 farewell>\n"
+# Also that of a run without messages, and of one whose message file could not be read to its end.
+FAREWELLS = (FAREWELL, b"BYE! ***\n\n\n", b"No resource #299!\n")
 NO_MEMORY = b"morvane: failed to allocate memory"
 PRODUCTS = [b"base", b"app", b"fix", b"kept"]  # those of the session, in the order of installation
 
@@ -198,7 +200,7 @@ class Stage:
             found.append("a sanitizer reports: " + errors.decode(errors="replace"))
         if self.status == 0:
             found += self.missing_results(errors)
-        if farewell and self.status in (0, 1) and not output.endswith((FAREWELL, b"BYE! ***\n\n\n")):
+        if farewell and self.status in (0, 1) and not output.endswith(FAREWELLS):
             found.append("it ended without its farewell")
         if self.scratch and not scratch_may_stay:
             found.append(f"it left {self.scratch}")
