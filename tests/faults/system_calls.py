@@ -12,9 +12,11 @@ whole process group.
 
 import errno
 import os
+import re
 import shutil
 import subprocess
 import sys
+import time
 
 import session
 
@@ -50,8 +52,12 @@ LEFT_OUT = {"tmp", "program", "tracer", "struck"}  # of what a stage holds
 TELLING = [b"<%d " % number for number in (95, 97, 98, 101, 102, 103, 114, 123, 124, 131, 133, 146)]
 TELLING.append(b"Cannot find resource file")
 
-# Makes "$0/tmp" the /tmp of its own of what runs then; the stage keeps its name there. The current
-# directory's name begins with two slashes, so that its shorter one is a name of the same directory.
+# What looks like an honest answer: a product without a description, a file that is not for this
+# user, a name that the host does not know. The dialogue then goes another way, for all to see.
+HONEST = re.compile(r"open ENOENT .*\.descr$|access EACCES |"
+                    r".* (\d+=)?/etc/(nsswitch\.conf|passwd|group)$")
+
+# Makes "$0/tmp" the /tmp of what runs then, and of that alone. The stage "$0" keeps its name there.
 ENTER = ('mount --bind "$0" "$0/tmp/${0##*/}" && mount --rbind "$0/tmp" /tmp && cd "$0/dist" && '
          'exec %s "$@"')
 
@@ -115,6 +121,8 @@ class Stage(session.Stage):
 
 def judge(stage, ended, fault, undisturbed):
     """Returns what is wrong with a run that the fault struck."""
+    if not ended:
+        return [f"it had not ended after {time.time() - stage.started:.0f} seconds"]
     call, pid, _, thing = stage.victim
     program_struck = int(pid) == stage.child.pid or fault.endswith("-group")
     killed = fault.startswith("SIGKILL") and program_struck
@@ -126,7 +134,8 @@ def judge(stage, ended, fault, undisturbed):
     if program_struck and ends_it and fault not in HARMLESS and stage.status != -signals[0]:
         found.append(f"the signal does not end it: status {stage.status}")
 
-    told = stage.errors or any(text in stage.output for text in TELLING)
+    told = (stage.errors or any(text in stage.output for text in TELLING) or
+            (program_struck and HONEST.match(f"{call.decode()} {fault} {thing.decode()}")))
     same = stage.left() == undisturbed
     if stage.status == 0 and not same and not told:
         found.append("something else comes out than without the fault, and nobody is told")
@@ -137,9 +146,9 @@ def judge(stage, ended, fault, undisturbed):
         found.append(f"status {stage.status}, on standard error {stage.errors!r}, "
                      f"what is left {'is' if same else 'differs from'} that of other runs")
     for name in RESULTS:
-        whole = stage.read(name) == EARLIER or stage.is_complete(name)
-        gone = not (stage.distribution / name).exists()
-        if not whole and not gone and not killed and name.encode() not in stage.errors + stage.output:
+        half = stage.read(name) != EARLIER and not stage.is_complete(name)
+        there = (stage.distribution / name).exists()
+        if half and there and not killed and name.encode() not in stage.errors + stage.output:
             found.append(f"{name} is half-written, and nobody is told")
     return found
 
