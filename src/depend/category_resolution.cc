@@ -188,7 +188,7 @@ class category_dialogue {
   // version up once more, as for any product without an identifier, with all its questions.
   static verdict examine_discovered(const requirement& wanted, product& slot) {
     slot.release = get_version(nullptr, slot.path, wanted.category, wanted.type);
-    const verdict found = examine(slot, wanted, in_doubt::ACCEPT, get_version);
+    verdict found = examine(slot, wanted, in_doubt::ACCEPT, get_version);
     const bool version_known =
         found.version == version_check::SATISFIED || found.version == version_check::TOO_OLD;
     if (!version_known) slot.type = r[TYPE_UNKNOWN];
