@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-#include "output/product_rules.h"
+#include "output/makefile_text.h"
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
@@ -376,7 +376,7 @@ TEST(Makefile, OfAnOrdinaryUserHasNoOwnerLineInAnyRule) {
 TEST(Makefile, HasOwnerLinesWhereItsWriterActsAsSuperuserWhoeverStartedIt) {
   if (!is_superuser()) GTEST_SKIP() << NEEDS_TWO_USERS;
   distribution d;
-  const auto rules = [&] { return product_rules(d.app, "SunOS5"); };
+  const auto rules = [&] { return product_rules(gather_facts(d.app, "SunOS5")); };
   const std::string acts = in_child_of_two_users(NOBODY, 0, "", rules).result;
   EXPECT_TRUE(contains(acts, "app-new:\tapp-tar app-owner"));
   EXPECT_TRUE(contains(acts, "find . -user root -exec /usr/bin/chown -h me"));
@@ -473,10 +473,18 @@ TEST(Makefile, FollowsLinksOnOtherSystems) {
   EXPECT_TRUE(contains(d.written("SunOS 5"), "; /usr/bin/chgrp -h us `cat"));
 }
 
-TEST(Makefile, AnUnknownHostIsWarnedOfOnce) {
+TEST(Makefile, AsksForTheHostOnceAndThenForTheFilesOfEachProduct) {
   distribution d;
-  EXPECT_EQ(d.write("").err, "morvane : warning : failed to get current operating system.\n" +
-                                 missing("morvane.SunOS4") + missing("morvane.SunOS5"));
+  product& other = add_product(d.table, "other", product_state::SELECTED_FOR_RECONFIGURATION);
+  other.descr_avail = DESCRIBED;
+  const outcome seen = in_child("", [&] {
+    pretend_host("");
+    write_makefile({&other, &d.app, &other});
+    return "";
+  });
+  EXPECT_EQ(seen.err, "morvane : warning : failed to get current operating system.\n" +
+                          missing("other.dat") + missing("morvane.SunOS4") +
+                          missing("morvane.SunOS5") + missing("other.dat"));
 }
 
 TEST(Makefile, KeepsTheAccessOfOtherUsers) {
@@ -486,16 +494,6 @@ TEST(Makefile, KeepsTheAccessOfOtherUsers) {
   EXPECT_FALSE(contains(text, "-permission"));
   EXPECT_FALSE(contains(text, "chmod"));
   EXPECT_TRUE(contains(text, "app-group-old"));
-}
-
-TEST(Makefile, TargetsBehindAGapHaveRulesButAreNotNamed) {
-  distribution d;
-  d.add_targets();
-  d.app.target_dep[11] = std::move(d.app.target_dep[2]);
-  d.app.descr_avail = DESCRIBED;
-  const std::string text = d.written();
-  EXPECT_TRUE(contains(text, " \\\n\t\tapp-main  \\\n\t\tapp-succeeded\n"));
-  EXPECT_TRUE(contains(text, "\napp-more: "));
 }
 
 TEST(Makefile, ShowsAnEmptyNameOfTargetsAndTheFullNameElsewhere) {
