@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
+#include "platform/signals.h"
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
@@ -147,6 +150,22 @@ TEST(ChownRights, TheProbeFileNeverStays) {
       EXPECT_EQ(seen.result, "removed") << name;
     }
   }
+}
+
+TEST(ChownRights, ASignalLeavesNoProbeFile) {
+  use_test_messages();
+  const scratch_directory directory;
+  write_file("bin/chgrp", "#!/bin/sh\nls install.mk >probe\nkill -TERM \"$PROGRAM\"\n");
+  std::filesystem::permissions("bin/chgrp", std::filesystem::perms::owner_all);
+  EXPECT_EQ(signal_ending([&] {
+              setenv("PATH", (directory.path() + "/bin:/usr/bin:/bin").c_str(), 1);
+              setenv("PROGRAM", std::to_string(getpid()).c_str(), 1);
+              handle_signals();
+              check_here(std::nullopt, group_name(getegid()));
+            }),
+            SIGTERM);
+  EXPECT_EQ(read_file("probe"), "install.mk\n");
+  EXPECT_FALSE(std::filesystem::exists("install.mk"));
 }
 
 TEST(ChownRights, AnOwnerTestNeedsNoProbeFile) {
