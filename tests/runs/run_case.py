@@ -11,7 +11,7 @@ A case is a directory:
                      archives  identifiers that get an empty archive
                      without   common files that the distribution lacks
                      env       NAME=VALUE, may stand several times
-                   arguments what the program is started with
+                     arguments what the program is started with
                      program   real: with its pauses (else they are substituted)
                      status    expected exit status of every run (1 is the default)
                      make      yes: install.mk is then executed with GNU make and with bmake
@@ -24,8 +24,10 @@ A case is a directory:
     session-again, typed-again
                    the same of the second run
     errors         standard error alone, of every run; no such file: nothing
-    tree           mode, owner, group and path of everything that is new or has changed
-    left/          the contents of those files
+    tree           mode, owner, group and path of everything that is new or has changed; behind that,
+                   where another file of the case or of ../common has the same content, "= FILE"; or
+                   "= sha256:DIGEST" for an install.mk whose rules other cases show (user root only)
+    left/          the contents of the other files
     making         what make printed in every run
 
 The program runs in DIR/dist of a directory DIR that is made for it. These differ from host to host
@@ -42,6 +44,7 @@ needs "typed" for that: the answers are moved into its session.
 import array
 import fcntl
 import grp
+import hashlib
 import os
 import pathlib
 import pwd
@@ -59,6 +62,7 @@ SKIPPED = 77
 TIMEOUT = 60
 CHECKER = os.environ.get("MORVANE_RUN_UNDER", "").split()
 ORDINARY_ID = 65534
+DIGEST = b"sha256:"
 ANSWER = re.compile(rb"\[\[(.*?)\]\]\n", re.DOTALL)
 
 
@@ -326,15 +330,39 @@ def expected_typed(case, suffix):
     return b"".join(answer + b"\n" for answer in ANSWER.findall(read(case / f"session{suffix}")))
 
 
+def digest(content):
+    return DIGEST + hashlib.sha256(content).hexdigest().encode()
+
+
+def expected_tree(case):
+    """Returns the listing of the tree, and by path what stands behind "=" in it."""
+    tree, behind = b"", {}
+    for line in read(case / "tree").splitlines():
+        entry, sign, same = line.partition(b" = ")
+        tree += entry + b"\n"
+        if sign:
+            behind[entry.split(b" ", 3)[-1].decode()] = same
+    return tree, behind
+
+
 def expectations(case, settings):
+    tree, behind = expected_tree(case)
     left = {}
+    for name, same in behind.items():
+        is_digest = same.startswith(DIGEST)
+        if is_digest and settings["user"] != "root":
+            sys.exit(f"{case}: {name}: a digest needs a user who is the same on every host")
+        left[name] = same if is_digest else (case / same.decode()).read_bytes()
     for path in (case / "left").rglob("*"):
+        name = str(path.relative_to(case / "left"))
+        if name in left:
+            sys.exit(f"{case}: {name}: its content stands in the tree, too")
         if path.is_file():
-            left[str(path.relative_to(case / "left"))] = path.read_bytes()
+            left[name] = path.read_bytes()
     screens = [ANSWER.sub(b"", read(case / f"session{suffix}")) for _, suffix in runs(settings)]
     return {"status": [int(settings["status"])] * len(screens), "screen": b"".join(screens),
             "errors": read(case / "errors"), "making": read(case / "making"),
-            "tree": read(case / "tree"), "left": left}
+            "tree": tree, "left": left}
 
 
 def show_difference(name, wanted, got):
@@ -350,14 +378,22 @@ def show_difference(name, wanted, got):
         subprocess.run(["diff", "-a", "-u", *paths], check=False)
 
 
+def compare_left(wanted, got, host):
+    """Returns path, expected and real content of each file that is wanted or came."""
+    for path in sorted(set(wanted) | set(got)):
+        content, came = wanted.get(path, b""), got.get(path, b"")
+        if content == digest(host.to_case(came)):
+            content = came
+        yield path, host.to_host(content), came
+
+
 def compare(wanted, got, names):
     """Compares what a case wants, in this host's names, with what came."""
     to_host = got["host"].to_host
     pairs = []
     for name in names:
         if name == "left":
-            pairs += [(path, to_host(wanted[name].get(path, b"")), got[name].get(path, b""))
-                      for path in sorted(set(wanted[name]) | set(got[name]))]
+            pairs += compare_left(wanted[name], got[name], got["host"])
         elif name == "status":
             pairs.append((name, wanted[name], got[name]))
         else:
@@ -366,6 +402,36 @@ def compare(wanted, got, names):
     for pair in differing:
         show_difference(*pair)
     return not differing
+
+
+def file_with(case, name, content):
+    """Returns a file of the case, or a common one, that has this name and content; None without."""
+    for place in ("distribution", "beside", "../common", "left"):
+        for directory, _, files in sorted(os.walk(case / place, followlinks=True)):
+            path = pathlib.Path(directory) / name
+            if name in files and path.is_file() and path.read_bytes() == content:
+                return os.path.relpath(path, case).encode()
+    return None
+
+
+def accept_left(case, listing, contents):
+    """Writes the contents that stand nowhere else in the case, and returns the listing with where the
+    others stand. What was a digest stays one."""
+    behind_before = expected_tree(case)[1]
+    shutil.rmtree(case / "left", ignore_errors=True)
+    tree = b""
+    for entry in listing.splitlines():
+        name = entry.split(b" ", 3)[-1].decode()
+        content = contents.get(name, b"")
+        behind = content and file_with(case, pathlib.Path(name).name, content)
+        if behind_before.get(name, b"").startswith(DIGEST):
+            behind = digest(content)
+        tree += entry + (b" = " + behind if behind else b"") + b"\n"
+        if content and not behind:
+            path = case / "left" / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(content)
+    return tree
 
 
 def accept(case, settings, program, make):
@@ -379,17 +445,14 @@ def accept(case, settings, program, make):
     got = observe(case, settings, program, make, subprocess.STDOUT)
     to_case = got["host"].to_case
     split = observe(case, settings, program, make, subprocess.PIPE)
+    left = {name: to_case(content) for name, content in got["left"].items()}
+    tree = accept_left(case, to_case(got["tree"]), left)
     for name, content in (("errors", split["host"].to_case(split["errors"])),
-                          ("making", to_case(got["making"])), ("tree", to_case(got["tree"]))):
+                          ("making", to_case(got["making"])), ("tree", tree)):
         if content:
             (case / name).write_bytes(content)
         else:
             (case / name).unlink(missing_ok=True)
-    shutil.rmtree(case / "left", ignore_errors=True)
-    for name, content in got["left"].items():
-        path = case / "left" / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(to_case(content))
     print(f"{case.name}: review the difference")
     if set(got["status"]) != {int(settings["status"])}:
         print(f"status {got['status']}: write it into {case / 'case'}")

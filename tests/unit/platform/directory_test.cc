@@ -182,7 +182,7 @@ TEST(Listing, ThatSomebodyElseWroteIsNotBelieved) {
 }
 
 TEST(Listing, ThatMemoryCannotHoldEndsTheRunAndIsLeft) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SANITIZERS
   GTEST_SKIP() << "the address sanitizer does not run in limited memory";
 #endif
   const scratch_directory here;
@@ -191,7 +191,7 @@ TEST(Listing, ThatMemoryCannotHoldEndsTheRunAndIsLeft) {
 }
 
 TEST(Listing, OfMoreNamesThanMemoryCanHoldEndsTheRun) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SANITIZERS
   GTEST_SKIP() << "the address sanitizer does not run in limited memory";
 #endif
   const scratch_directory here;
