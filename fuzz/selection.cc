@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "target.h"
-#include "text/number.h"
+#include "text/white_space.h"
 
 namespace {
 
@@ -39,8 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           "only the first number can have a sign");
   if (line.find_first_of(SEPARATORS) == std::string_view::npos) {
     require(numbers.size() <= 1, "numbers end at separators only");
-  } else if (WHITE_SPACE.find(line.front()) == std::string_view::npos &&
-             line.find_first_of(SEPARATORS) > 0) {
+  } else if (!is_white_space(line.front()) && line.find_first_of(SEPARATORS) > 0) {
     // White space at the start belongs to the first number, other separators do not.
     for (const char separator : SEPARATORS) {
       require(read_selection(with_separator(line, separator)) == numbers,

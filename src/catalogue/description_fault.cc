@@ -1,6 +1,7 @@
 #include "catalogue/description_fault.h"
 
 #include "catalogue/description_reader.h"
+#include "catalogue/product_files.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "text/format.h"
@@ -11,7 +12,8 @@ namespace morvane {
 namespace {
 
 void diagnose_rejection(const description_fault& fault, std::string_view why) {
-  diagnose(fill("%s : Error in %s.descr : %s\n", {PROGRAM_NAME, fault.identifier, why}));
+  diagnose(
+      fill("%s : Error in %s%s : %s\n", {PROGRAM_NAME, fault.identifier, DESCRIPTION_ENDING, why}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "text/number.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {
@@ -80,17 +81,13 @@ void store_files(description& d, string_view value) {
   files[count].reset();
 }
 
-// Stores a list of patch numbers separated by blanks or tabs, and -1 behind them. Behind each
-// number the reader moves to the next separator and from there to the next digit, so that only the
-// first number can have a sign, and a blank before the first number makes it count twice.
+// Stores a list of patch numbers separated by blanks or tabs, and -1 behind them.
 void store_patches(description& d, string_view value) {
   auto& patches = d.record.needed_patches;
   for (std::size_t k = 0;; ++k) {
     const bool last = k == patches.size() - 1;
-    patches[k].level = last ? -1 : leading_number(value).value_or(-1);
+    patches[k].level = last ? -1 : take_number(value, " \t").value_or(-1);
     if (patches[k].level == -1) return;
-    value.remove_prefix(std::min(value.find_first_of(" \t"), value.size()));
-    value.remove_prefix(std::min(value.find_first_of("0123456789"), value.size()));
   }
 }
 
@@ -103,8 +100,7 @@ void store_fixed_names(description& d, std::array<name_text, FIXED_NAMES>& names
     if (count == names.size()) break;
     names[count++] = name;
   }
-  const bool ends_in_white_space =
-      !value.empty() && WHITE_SPACE.find(value.back()) != string_view::npos;
+  const bool ends_in_white_space = !value.empty() && is_white_space(value.back());
   if (ends_in_white_space && count < names.size()) names[count] = "";
   d.record.descr_avail = FIXED_LISTS;
 }

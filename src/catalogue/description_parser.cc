@@ -8,6 +8,7 @@
 #include "catalogue/description_reader.h"
 #include "catalogue/product_files.h"
 #include "messages/table.h"
+#include "text/white_space.h"
 
 namespace morvane {
 

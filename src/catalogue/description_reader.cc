@@ -3,16 +3,13 @@
 #include <cstring>
 
 #include "text/text.h"
+#include "text/white_space.h"
 
 namespace morvane {
 
 namespace {
 
 constexpr std::size_t LINE_LIMIT = LONGEST_VALUE + 1;
-
-bool is_blank(int c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
 
 // Takes blanks, tabs and the like up to the next newline or other character.
 void skip_blanks(input_file& file) {
@@ -34,10 +31,7 @@ std::optional<fault_kind> read_quoted(input_file& file, std::string& value) {
 
 // Reads a value without quotes and the comment behind it.
 std::optional<fault_kind> read_word(input_file& file, std::string& value, std::string& comment) {
-  int c;
-  while ((c = file.peek()) != input_file::END && !is_white_space(c)) {
-    value += static_cast<char>(file.get());
-  }
+  file.read_word(value);
   const bool too_long = value.size() >= LINE_LIMIT;
   value.resize(until_nul(value).size());
   skip_blanks(file);
@@ -49,10 +43,6 @@ std::optional<fault_kind> read_word(input_file& file, std::string& value, std::s
 }
 
 }  // namespace
-
-bool is_white_space(int c) {
-  return c == '\n' || is_blank(c);
-}
 
 std::optional<fault_kind> getvar(input_file& file, std::string& value, std::string& comment) {
   value.clear();

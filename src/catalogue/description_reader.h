@@ -14,9 +14,6 @@ namespace morvane {
 // is a fault, and the rest of its line is read as further entries.
 inline constexpr int LONGEST_VALUE = 1024;
 
-// Tells whether `c` is white space, the newline included.
-bool is_white_space(int c);
-
 // Reads what follows a keyword in `file`: "=", a value and a comment. The value is a word, or
 // quoted text up to the end of the line, or empty; `comment` receives the comment that ends the
 // entry, with its "#". Leaves `file` behind the value, behind its line for quoted values and

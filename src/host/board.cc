@@ -10,6 +10,7 @@
 #include "platform/input_file.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/white_space.h"
 
 namespace morvane {
 
@@ -37,21 +38,19 @@ bool put_default_bus() {
   return true;
 }
 
-bool is_comment_start(int c) {
-  return c == '#' || c == ' ' || c == '\t' || c == '\v' || c == '\r' || c == '\f';
-}
-
 // What is beyond counts as a line of its own.
 constexpr std::size_t SKIPPED_COMMENT = 999;
 
+// Tells whether a line of the configuration file that begins with `c` is empty or a comment.
+bool is_skipped_line(int c) {
+  return c == '#' || is_white_space(c);
+}
+
 // Takes a word off `file`, white space before it included.
 std::string take_word(input_file& file) {
+  while (is_white_space(file.peek())) file.get();
   std::string word;
-  const auto is_space = [&] {
-    return WHITE_SPACE.find(static_cast<char>(file.peek())) != std::string_view::npos;
-  };
-  while (file.peek() != input_file::END && is_space()) file.get();
-  while (file.peek() != input_file::END && !is_space()) word += static_cast<char>(file.get());
+  file.read_word(word);
   return word;
 }
 
@@ -59,7 +58,7 @@ std::string take_word(input_file& file) {
 
 void read_board_type() {
   input_file config(trans_conf.c_str());
-  while (config.peek() == '\n' || is_comment_start(config.peek())) {
+  while (is_skipped_line(config.peek())) {
     if (config.get() != '\n') config.skip_line(SKIPPED_COMMENT);
   }
   take_word(config);

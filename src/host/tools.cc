@@ -13,6 +13,7 @@
 #include "messages/table.h"
 #include "platform/diagnostic.h"
 #include "text/format.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {
@@ -62,7 +63,7 @@ void check_standard_tools(known_tools& known) {
 bool misses_a_tool(const product& record, known_tools& known) {
   if (!record.needed_tools) return false;
   bool missing = false;
-  for (const std::string_view tool : split_words(*record.needed_tools, WORD_SEPARATORS)) {
+  for (const std::string_view tool : split_words(*record.needed_tools, BLANKS)) {
     if (!known.available(tool)) missing = true;
   }
   return missing;

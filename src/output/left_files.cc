@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/identity.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {
@@ -20,7 +21,7 @@ bool stands_in_targets(const product& record, long_text target_dep::*list, std::
     if (target == nullptr || target->install < target_state::WANTED) continue;
     const long_text& names = (*target).*list;
     if (!names) continue;
-    const auto words = split_words(*names, WORD_SEPARATORS);
+    const auto words = split_words(*names, BLANKS);
     if (std::find(words.begin(), words.end(), name) != words.end()) return true;
   }
   return false;

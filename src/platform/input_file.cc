@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "text/white_space.h"
+
 namespace morvane {
 
 namespace {
@@ -28,6 +30,10 @@ bool input_file::read_block() {
   next_ = block_.data();
   end_ = next_ + std::max<ssize_t>(count, 0);
   return !ended_;
+}
+
+void input_file::read_word(std::string& word) {
+  for (int c; (c = peek()) != END && !is_white_space(c);) word += static_cast<char>(get());
 }
 
 void input_file::read_line(std::size_t limit, std::string& line) {

@@ -51,6 +51,9 @@ class input_file {
   // Returns the place of the next byte.
   place_in_file place() const { return {line_, offset() - line_start_ + 1}; }
 
+  // Takes the bytes up to the next white space and appends them to `word`.
+  void read_word(std::string& word);
+
   // Takes the rest of the line, its newline included, but at most `limit` bytes, and appends it to
   // `line`.
   void read_line(std::size_t limit, std::string& line);

@@ -194,11 +194,7 @@ bool offer_products(product_table& table) {
 
 std::vector<int> read_selection(std::string_view line) {
   std::vector<int> numbers;
-  while (!line.empty()) {
-    numbers.push_back(number_or_zero(line));
-    line.remove_prefix(std::min(line.find_first_of("\t ,;/"), line.size()));
-    line.remove_prefix(std::min(line.find_first_of("0123456789"), line.size()));
-  }
+  while (!line.empty()) numbers.push_back(take_number(line, " \t,;/").value_or(0));
   return numbers;
 }
 

@@ -15,9 +15,8 @@ namespace morvane {
 // INSTALLED to SELECTED_FOR_RECONFIGURATION; the check of the tools may have moved some back.
 void choose_SW_to_install(product_table& table);
 
-// Returns the product numbers that a selection line names, in order. After each number the reader
-// moves to the next separator and from there to the next digit, so that a line which starts with a
-// blank names its first number twice; a start without digits reads as 0.
+// Returns the product numbers that a selection line names, in order, as `take_number` reads them: a
+// line that starts with a blank names its first number twice. A start without digits reads as 0.
 std::vector<int> read_selection(std::string_view line);
 
 // Returns the product number whose details a line asks for with "?", or nothing.

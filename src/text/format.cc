@@ -10,7 +10,6 @@ namespace morvane {
 namespace {
 
 constexpr std::string_view FLAGS = "-+ #0";
-constexpr std::string_view DIGITS = "0123456789";
 constexpr std::string_view TEXT_CONVERSIONS = "diuxXos";
 
 struct conversion {

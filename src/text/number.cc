@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "text/white_space.h"
+
 namespace morvane {
 
 std::optional<int> leading_number(std::string_view value) {
@@ -23,6 +25,13 @@ std::optional<int> leading_number(std::string_view value) {
 
 int number_or_zero(std::string_view value) {
   return leading_number(value).value_or(0);
+}
+
+std::optional<int> take_number(std::string_view& list, std::string_view separators) {
+  const std::optional<int> number = leading_number(list);
+  list.remove_prefix(std::min(list.find_first_of(separators), list.size()));
+  list.remove_prefix(std::min(list.find_first_of(DIGITS), list.size()));
+  return number;
 }
 
 }  // namespace morvane

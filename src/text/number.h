@@ -7,8 +7,7 @@
 
 namespace morvane {
 
-// The white space that may stand before a number and that separates words everywhere.
-inline constexpr std::string_view WHITE_SPACE = " \t\n\v\f\r";
+inline constexpr std::string_view DIGITS = "0123456789";
 
 // Returns the decimal number at the start of `value`: white space, a sign and digits. What follows
 // the digits is ignored; a number that no int holds becomes the nearest int. Returns nothing where
@@ -17,6 +16,11 @@ std::optional<int> leading_number(std::string_view value);
 
 // As `leading_number`, with 0 where there are no digits.
 int number_or_zero(std::string_view value);
+
+// Takes the next number off a list of numbers and returns it, as `leading_number` does: moves
+// `list` on to the next of `separators` and from there to the next digit. Thus only the first
+// number of a list can have a sign, and a separator before the first number makes it count twice.
+std::optional<int> take_number(std::string_view& list, std::string_view separators);
 
 }  // namespace morvane
 

@@ -7,9 +7,6 @@
 
 namespace morvane {
 
-// What separates the words of a list of tools, users or groups: all white space but the newline.
-inline constexpr std::string_view WORD_SEPARATORS = " \t\r\f\v";
-
 // Returns the non-empty pieces of `value` between characters of `separators`, in order, as views
 // of `value`.
 std::vector<std::string_view> split_words(std::string_view value, std::string_view separators);

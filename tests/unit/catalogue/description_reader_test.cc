@@ -195,13 +195,5 @@ TEST(LongValue, ACommentIsReadUpTo1025Characters) {
   EXPECT_EQ(read_entry("= Foo #" + of(1025, 'c') + "\nNext").comment, "#" + of(1025, 'c'));
 }
 
-TEST(WhiteSpace, IsSixCharacters) {
-  std::string found;
-  for (int c = input_file::END; c < 256; ++c) {
-    if (is_white_space(c)) found += static_cast<char>(c);
-  }
-  EXPECT_EQ(found, "\t\n\v\f\r ");
-}
-
 }  // namespace
 }  // namespace morvane

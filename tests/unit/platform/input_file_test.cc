@@ -51,6 +51,26 @@ TEST(InputFile, GivesEveryByteAndThenTheEnd) {
   EXPECT_EQ(file.get(), input_file::END);
 }
 
+TEST(InputFile, ReadsAWordUpToWhiteSpaceOrTheEnd) {
+  const scratch_directory here;
+  write_file("words", "one\ttwo\377\n\nlast");
+  input_file file("words");
+  std::string word = ">";
+  file.read_word(word);
+  EXPECT_EQ(word, ">one");
+  file.read_word(word);
+  EXPECT_EQ(word, ">one");
+  EXPECT_EQ(file.get(), '\t');
+  file.read_word(word);
+  EXPECT_EQ(word, ">onetwo\377");
+  EXPECT_EQ(file.get(), '\n');
+  EXPECT_EQ(file.get(), '\n');
+  file.read_word(word);
+  EXPECT_EQ(word, ">onetwo\377last");
+  file.read_word(word);
+  EXPECT_EQ(word, ">onetwo\377last");
+}
+
 TEST(InputFile, ReadsALineUpToItsLimit) {
   const scratch_directory here;
   write_file("lines", "abc\ndefgh\nlast");

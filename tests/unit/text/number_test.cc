@@ -41,6 +41,31 @@ TEST(Number, IsMissingWhereNoDigitsStand) {
   }
 }
 
+TEST(Number, IsTakenOffAListUpToADigitBehindASeparator) {
+  const struct {
+    std::string_view list;
+    std::optional<int> number;
+    std::string_view rest;
+  } rows[] = {
+      {"", std::nullopt, ""},
+      {"7", 7, ""},
+      {"-7,8", -7, "8"},
+      {"7,-8", 7, "8"},
+      {"7x8,9", 7, "9"},
+      {"x7,8", std::nullopt, "8"},
+      {"7, ;8 9", 7, "8 9"},
+      {"7,x", 7, ""},
+      {"\n7,8", 7, "8"},
+      {" 7,8", 7, "7,8"},
+      {",7,8", std::nullopt, "7,8"},
+  };
+  for (const auto& row : rows) {
+    std::string_view list = row.list;
+    EXPECT_EQ(take_number(list, " ,;"), row.number) << row.list;
+    EXPECT_EQ(list, row.rest) << row.list;
+  }
+}
+
 TEST(Number, BeyondAnIntBecomesTheNearestInt) {
   EXPECT_EQ(leading_number("2147483647"), LARGEST);
   EXPECT_EQ(leading_number("2147483648"), LARGEST);

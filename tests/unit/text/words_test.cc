@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "text/white_space.h"
+
 namespace morvane {
 namespace {
 
@@ -27,9 +29,9 @@ TEST(Words, AreSeparatedByAnyCharacterOfTheSeparators) {
   EXPECT_EQ(split_words("a b", ""), words{"a b"});
 }
 
-TEST(Words, OfANameListAreSeparatedByAllWhiteSpaceButTheNewline) {
-  EXPECT_EQ(split_words("a b\tc\rd\fe\vf", WORD_SEPARATORS), (words{"a", "b", "c", "d", "e", "f"}));
-  EXPECT_EQ(split_words("tar\nsed", WORD_SEPARATORS), words{"tar\nsed"});
+TEST(Words, BetweenBlanksMayHoldANewline) {
+  EXPECT_EQ(split_words("a b\tc\rd\fe\vf", BLANKS), (words{"a", "b", "c", "d", "e", "f"}));
+  EXPECT_EQ(split_words("tar\nsed", BLANKS), words{"tar\nsed"});
 }
 
 }  // namespace
