@@ -3,10 +3,12 @@
 #define MORVANE_TEXT_FORMAT_H
 
 #include <concepts>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "text/text.h"
 
@@ -33,13 +35,27 @@ class argument {
   std::string_view text_;
 };
 
-// Returns `format` with its conversions filled by `arguments` in order. A conversion is a `%`,
-// flags (`- + blank # 0`), a width, a precision (4095 at most each) and one of `d i u x X o c s`;
-// every argument is a text, so that all but `%c`, which takes the first byte, do what `%s` does,
-// and of the flags only
-// `-` has an effect. A conversion without an argument is empty text, padded to its width; surplus
-// arguments are ignored; a conversion `%` prints a `%`. Any other `%` stands as it is, and what
-// follows it is read on as text.
+// A place in a format: a `%`, flags (`- + blank # 0`), a width, a precision (4095 at most each) and
+// one of `d i u x X o c s`, or a `%`, which takes no argument and prints a `%`.
+struct conversion {
+  std::size_t position = 0;  // of its first `%`
+  std::size_t length = 0;    // up to its letter, which is included
+  char letter = '\0';
+  bool left = false;  // the flag `-`; no other has an effect
+  std::size_t width = 0;
+  std::size_t precision = std::string_view::npos;
+
+  bool takes_argument() const { return letter != '%'; }
+  bool operator==(const conversion&) const = default;
+};
+
+// Returns the conversions of `format` in order. Any other `%` stands as it is, and what follows it
+// is read on as text.
+std::vector<conversion> conversions(std::string_view format);
+
+// Returns `format` with its conversions filled by `arguments` in order. Every argument is a text,
+// so that all conversions but `%c`, which takes the first byte, do what `%s` does. A conversion
+// without an argument is empty text, padded to its width; surplus arguments are ignored.
 std::string fill(std::string_view format, std::initializer_list<argument> arguments);
 
 }  // namespace morvane

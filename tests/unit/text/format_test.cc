@@ -5,6 +5,42 @@
 namespace morvane {
 namespace {
 
+constexpr std::size_t NO_PRECISION = std::string_view::npos;
+
+TEST(Conversions, AreReadWithTheirPlaceAndKind) {
+  const struct {
+    std::string_view format;
+    std::vector<conversion> found;
+  } rows[] = {
+      {"", {}},
+      {"no conversion", {}},
+      {"%s", {{0, 2, 's', false, 0, NO_PRECISION}}},
+      {"a%-7.3db", {{1, 6, 'd', true, 7, 3}}},
+      {"%+ #05.x", {{0, 8, 'x', false, 5, 0}}},
+      {"%s%c\n", {{0, 2, 's', false, 0, NO_PRECISION}, {2, 2, 'c', false, 0, NO_PRECISION}}},
+      {"100%% %i", {{3, 2, '%', false, 0, NO_PRECISION}, {6, 2, 'i', false, 0, NO_PRECISION}}},
+      {"%9999.5000s", {{0, 11, 's', false, 4095, 4095}}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(conversions(row.format), row.found) << row.format;
+}
+
+TEST(Conversions, TakeAnArgumentButForTheDoubledPercent) {
+  for (const char letter : std::string_view("diuxXocs")) {
+    const std::string format = {'%', letter};
+    ASSERT_EQ(conversions(format).size(), 1U) << format;
+    EXPECT_TRUE(conversions(format).front().takes_argument()) << format;
+  }
+  EXPECT_FALSE(conversions("%%").front().takes_argument());
+}
+
+TEST(Conversions, AreNoOtherPercents) {
+  for (const std::string_view format :
+       {"100%", "%n", "%ld", "%*d", "%f%p%a", "%-5", "%5.", "%1$s"}) {
+    EXPECT_EQ(conversions(format), std::vector<conversion>()) << format;
+  }
+  EXPECT_EQ(conversions("%l%s"), (std::vector<conversion>{{2, 2, 's', false, 0, NO_PRECISION}}));
+}
+
 struct filling {
   std::string_view format;
   std::string_view result;
