@@ -61,7 +61,7 @@ question plain_question(message_number number) {
 
 bool choose_y_or_n(const question& asked) {
   for (;;) {
-    print_with_cr(fill(r[YES_NO_QUESTION], {"", asked.text, r[ANSWER_HINT]}), screen_width());
+    print_with_cr(fill(YES_NO_QUESTION, "", asked.text, r[ANSWER_HINT]), screen_width());
     const line answer = read_line(asked, 1);
     if (answer.typed == 0) return true;
     if (answer.typed == 1) {

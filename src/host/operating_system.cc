@@ -23,9 +23,9 @@ constexpr int OLDEST_RELEASE_2 = 111;
 
 constexpr std::size_t MACHINE_PREFIX_LENGTH = 4;
 
-bool release_suffices(int oldest, message_number too_old) {
+bool release_suffices(int oldest, message_format<1> too_old) {
   if (release_number(name.release) >= oldest) return true;
-  print(fill(r[too_old], {name.release}));
+  print(fill(too_old, name.release));
   return false;
 }
 
@@ -33,7 +33,7 @@ bool check_system() {
   const std::string_view system = name.sysname;
   if (system == r[SYSTEM_1]) return release_suffices(OLDEST_RELEASE_1, SYSTEM_1_RELEASE_TOO_OLD);
   if (system == r[SYSTEM_2]) return release_suffices(OLDEST_RELEASE_2, SYSTEM_2_RELEASE_TOO_OLD);
-  print(fill(r[SYSTEM_NOT_SUPPORTED], {system, r[SYSTEM_1], r[SYSTEM_2]}));
+  print(fill(SYSTEM_NOT_SUPPORTED, system, r[SYSTEM_1], r[SYSTEM_2]));
   return false;
 }
 
@@ -43,13 +43,13 @@ bool check_machine() {
   if (machine.substr(0, MACHINE_PREFIX_LENGTH) == prefix.substr(0, MACHINE_PREFIX_LENGTH)) {
     return true;
   }
-  print(fill(r[MACHINE_NOT_SUPPORTED], {machine}));
+  print(fill(MACHINE_NOT_SUPPORTED, machine));
   return false;
 }
 
 bool check_site() {
   if (run_command(std::string(r[SITE_HOST_COMMAND]))) return true;
-  print(fill(r[SITE_HOST_FAILED], {}));
+  print(fill(SITE_HOST_FAILED));
   return false;
 }
 

@@ -1,214 +1,55 @@
-// The numbers of the message file, each with its name, grouped as the message file is.
+// The names of the messages, what the program does with each, and the list of them all.
 #ifndef MORVANE_MESSAGES_NUMBERS_H
 #define MORVANE_MESSAGES_NUMBERS_H
 
+#include <string_view>
+
 namespace morvane {
 
+// What the program does with a message, and thus what its text must be.
+enum class message_kind {
+  TEXT,          // printed, by itself or as a piece of a line or question
+  TITLE,         // a line as wide as the ruler
+  PARAGRAPH,     // joined to the next of its kind, and broken into lines
+  HEAD_LINE,     // a comment line of the files written: without a newline
+  PRODUCT_TYPE,  // stands for the type of a product: fits where types do
+  FORMAT,        // filled with texts
+  LETTERS,       // of the answers
+  KEYWORD,       // of descriptions: letters and underscores
+  NAME,          // of what lies on hosts or stands in descriptions
+  NUMBER,        // decimal
+  COMMAND,       // run by the shell, by itself or as a piece
+};
+
+// The number of a message. That of a format has a type of its own: its text cannot be taken from
+// the table of the messages, only be filled, with as many texts as it takes.
 enum message_number : int {
-  // Questions and answers
-  ANSWER_LETTERS = 1,  // yes, no, quit
-  ANSWER_HINT = 35,
-  YES_NO_QUESTION = 53,    // format: nothing, question, hint
-  CONFIRM_SELECTION = 34,  // also the reply to an answer that is neither yes nor no
-  FAREWELL = 299,
+#define MESSAGE(value, name, kind) name = (value),
+#define FORMAT(value, name, count)
+#include "messages/messages.def"
+};
 
-  // Files
-  INSTALLED_PRODUCTS_DIRECTORY = 5,
-  FILE_NOT_OPENED = 95,
-  FILE_NOT_OPENED_END = 96,
-  GENERATED_HEAD_1 = 141,
-  GENERATED_HEAD_2 = 142,
-  GENERATED_HEAD_3 = 143,
+template <int COUNT>
+struct message_format {
+  message_number number;
+};
 
-  // Screen and start-up header
-  LEFT_FRAME = 8,
-  RIGHT_FRAME = 9,
-  RULER = 10,  // its length is the width of the screen
-  HEADER_TITLE = 11,
-  HEADER_TEXT_1 = 12,
-  HEADER_TEXT_2 = 13,
-  HEADER_TEXT_3 = 14,
-  HEADER_TEXT_4 = 15,
-  HEADER_TEXT_5 = 16,
-  HEADER_SUBTITLE = 19,
+#define MESSAGE(value, name, kind)
+#define FORMAT(value, name, count) \
+  inline constexpr message_format<(count)> name{static_cast<message_number>(value)};
+#include "messages/messages.def"
 
-  // The run
-  NOT_SUPERUSER = 40,
-  NOT_SUPERUSER_CONSEQUENCE_1 = 41,
-  NOT_SUPERUSER_CONSEQUENCE_2 = 42,
-  CHANGE_SETTINGS = 43,
-  SETTINGS_ASKED_AGAIN = 44,
-  LAST_QUESTION = 100,
-  HOST_UNSUITABLE = 124,
-  GO_ON_ALL_THE_SAME = 125,
+struct message_description {
+  int number;
+  std::string_view name;
+  message_kind kind;
+  int texts;  // that fill it, where it is a format
+};
 
-  // Product selection
-  PRODUCT_LIST_HEADING = 17,
-  HOW_TO_SELECT_1 = 24,
-  HOW_TO_SELECT_2 = 18,
-  HOW_TO_SELECT_3 = 29,
-  SELECTION_HEADING = 21,
-  NOTHING_SELECTED = 22,
-  NOTHING_OFFERED = 23,
-  NONE = 25,
-  PRESS_ENTER = 26,
-  ABSTRACT_HEADING = 27,
-  HARDWARE_HEADING = 28,
-  TOOLS_HEADING = 46,
-  TOOLS_OF_EVERY_INSTALLATION = 47,
-  TOOLS_OF_PRODUCT = 48,
-  PRODUCT_REFUSED = 94,
-  SELECTION_CONFIRMED = 154,
-
-  // Owner, group and access
-  OWNER_QUESTION = 30,
-  UNKNOWN_USER = 31,
-  GROUP_QUESTION = 32,
-  UNKNOWN_GROUP = 33,
-  ACCESS_QUESTION = 75,  // format: product
-
-  // Rights
-  SITE_RIGHTS_COMMAND = 37,  // command
-  NO_RIGHTS = 97,
-  NO_RIGHTS_OWNER = 98,
-  NO_RIGHTS_GROUP = 99,
-  PROBE_NOT_CREATED = 101,
-  SITE_RIGHTS_FAILED = 102,
-  SITE_RIGHTS_FAILED_SUPERUSER = 103,
-
-  // Board and bus
-  BOARD_OF_BUS_1 = 62,
-  BUS_1 = 63,
-  BOARD_FAMILY_1 = 64,
-  BOARD_FAMILY_1_LENGTH = 65,  // decimal number
-  BOARD_OF_BUS_2A = 66,
-  BOARD_OF_BUS_2B = 67,
-  BOARD_FAMILY_2 = 68,
-  BOARD_FAMILY_2_LENGTH = 69,  // decimal number
-  BUS_2 = 70,
-  BUS_QUESTION = 71,
-
-  // Host
-  HOST_NOT_IDENTIFIED = 114,
-  SYSTEM_1 = 115,
-  SYSTEM_2 = 116,
-  SYSTEM_NOT_SUPPORTED = 117,      // format: host's system, system 1, system 2
-  SYSTEM_1_RELEASE_TOO_OLD = 118,  // format: release
-  SYSTEM_2_RELEASE_TOO_OLD = 119,  // format: release
-  MACHINE_PREFIX = 120,
-  MACHINE_NOT_SUPPORTED = 121,  // format: machine
-  SITE_HOST_COMMAND = 122,      // command
-  SITE_HOST_FAILED = 123,       // format without arguments
-
-  // Tools
-  TOOL_NOT_FOUND = 146,
-  TOOLS_MISSING = 147,
-  QUIT_WITHOUT_TOOLS = 148,
-  WITHOUT_TOOLS_1 = 149,
-  WITHOUT_TOOLS_2 = 150,
-  GO_ON_WITHOUT_TOOLS = 151,
-  UNSELECT_PRODUCT = 152,
-  KEEP_PRODUCT = 153,
-
-  // Installation path
-  PATH_QUESTION_HEADING = 127,
-  PATH_QUESTION = 128,
-  PATH_MISSING = 129,
-  PATH_NOT_ABSOLUTE = 130,
-  PATH_FAILED = 131,
-  CREATE_DIRECTORY = 132,
-  PATH_NOT_WRITABLE = 133,  // format: path
-  USER_OF_PATH_UNKNOWN = 134,
-
-  // Targets
-  NO_RIGHTS_FOR_TARGET = 90,
-  PRODUCT_GIVEN_UP = 91,
-  TARGET_INSTALLED = 92,
-
-  // Links tool
-  LINKS_FILE_NAME = 3,
-  LINKS_DEFAULT_PATH = 4,
-  LINKS_FILE_MISSING_1 = 104,
-  LINKS_FILE_MISSING_2 = 105,
-  LINKS_FILE_QUESTION = 106,
-  LINKS_FILE_QUESTION_AGAIN = 107,
-  LINKS_FILE_NOT_THERE = 109,
-  LINKS_FILE_WRONG_NAME = 110,
-  LINKS_COMMAND_1 = 111,  // command, behind the path of the configuration file
-  LINKS_COMMAND_2 = 112,
-  LINKS_COMMAND_3 = 113,
-
-  // Categories and types whose installed version has a fallback
-  CATEGORY_OF_LINKS_TOOL = 240,
-  CATEGORY_STANDING_IN = 241,  // for the next
-  CATEGORY_WITH_STAND_IN = 245,
-  CATEGORY_WITHOUT_FALLBACK = 242,  // known; its version is what its descriptions say
-  LINKS_TOOL_TYPE_1 = 250,
-  LINKS_TOOL_TYPE_2 = 251,
-  LINKS_TOOL_TYPE_3 = 254,
-  LINKS_TOOL_TYPE_4 = 255,
-
-  // Dependencies
-  TYPE_UNKNOWN = 256,
-  TYPE_NOT_ON_HOST = 257,
-  DEPENDENCY_PRODUCT = 260,
-  DEPENDENCY_TARGET = 261,
-  DEPENDENCY_NEEDS = 262,
-  DEPENDENCY_CATEGORY = 263,
-  DEPENDENCY_CATEGORY_END = 264,
-  CANDIDATE_IN_THIS_RUN = 265,
-  TYPE_CHOICE = 266,
-  TYPE_CHOICE_END = 267,
-  CANDIDATE_COULD_BE = 268,
-  PATCH_NEEDS = 269,
-  DIRECTORY_QUESTION = 270,
-  DIRECTORY_QUESTION_END = 271,
-  MISMATCH_HEADING = 272,
-  MISMATCH_REASONS = 274,
-  ACCEPT_MISMATCH = 276,
-  ACCEPT_CANDIDATE = 277,
-  MISMATCH_VERSION = 278,
-  MISMATCH_FILES = 279,
-  PATCH_CANDIDATE = 281,
-  PATCH_DIRECTORY = 287,
-  LEAVE_PATCH_OPEN = 289,
-  PATCH_NOT_FOUND = 290,
-
-  // Keywords of the descriptions
-  KEYWORD_DESCRIPTION_STATE = 200,
-  KEYWORD_NAME = 201,
-  KEYWORD_FULL_NAME = 202,
-  KEYWORD_VERSION = 203,
-  KEYWORD_PATCH = 204,
-  KEYWORD_CATEGORY = 205,
-  KEYWORD_TYPE = 206,
-  KEYWORD_ABSTRACT = 207,
-  KEYWORD_HARDWARE = 208,
-  KEYWORD_TARGET = 209,
-  KEYWORD_NEEDS_CATEGORY = 210,
-  KEYWORD_NEEDS_TEXT = 211,
-  KEYWORD_NEEDS_TYPE = 212,
-  KEYWORD_NEEDS_VERSION = 213,
-  KEYWORD_NEEDS_PATCH = 214,
-  KEYWORD_NEEDS_FILES = 215,
-  KEYWORD_REQUIRED_PATCHES = 216,
-  KEYWORD_PATH = 217,
-  KEYWORD_PATH_VARIABLE = 218,
-  KEYWORD_OWNER = 219,
-  KEYWORD_GROUP = 220,
-  KEYWORD_FIXED_OWNERS = 221,
-  KEYWORD_FIXED_GROUPS = 222,
-  KEYWORD_ASK = 223,
-  KEYWORD_NEEDS_PATH = 224,
-  KEYWORD_ASK_AGAIN = 225,
-  KEYWORD_TARGET_OWNER = 226,
-  KEYWORD_TARGET_GROUP = 227,
-  KEYWORD_SUPPLIERS_ELSEWHERE = 228,
-  KEYWORD_PATH_INFO = 229,
-  KEYWORD_OWNER_INFO = 230,
-  KEYWORD_GROUP_INFO = 231,
-  KEYWORD_ACCESS_INFO = 232,
-  KEYWORD_NEEDED_TOOLS = 233,
+inline constexpr message_description MESSAGES[] = {
+#define MESSAGE(value, name, kind) {value, #name, message_kind::kind, 0},
+#define FORMAT(value, name, count) {value, #name, message_kind::FORMAT, count},
+#include "messages/messages.def"
 };
 
 }  // namespace morvane

@@ -3,11 +3,14 @@
 #define MORVANE_MESSAGES_TABLE_H
 
 #include <array>
+#include <concepts>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "messages/numbers.h"
 #include "platform/input_file.h"
+#include "text/format.h"
 
 namespace morvane {
 
@@ -32,6 +35,14 @@ class message_table {
 
 // The table of the run, filled once by `read_resource` and only read afterwards.
 extern message_table r;
+
+// Returns the text of `format` filled with `texts`, in order. A number of texts that is not that of
+// the list of messages does not compile.
+template <int COUNT, std::convertible_to<std::string_view>... TEXTS>
+std::string fill(message_format<COUNT> format,
+                 const TEXTS&... texts) requires(sizeof...(TEXTS) == COUNT) {
+  return fill(r[format.number], {std::string_view(texts)...});
+}
 
 // Whether `r` has been read completely.
 extern bool rscok;

@@ -114,8 +114,8 @@ void get_product_access(product* record) {
     print("\n");
     print_with_cr(*record->other_access_info, screen_width());
   }
-  const question asked = {.number = ACCESS_QUESTION,
-                          .text = fill(r[ACCESS_QUESTION], {short_product_name(*record)}),
+  const question asked = {.number = ACCESS_QUESTION.number,
+                          .text = fill(ACCESS_QUESTION, short_product_name(*record)),
                           .product = record};
   record->other_access = choose_y_or_n(asked) ? 1 : 0;
   record->other_access_valid = true;

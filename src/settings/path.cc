@@ -89,7 +89,7 @@ void handle_missing(const std::string& path, const question& about, bool offer_t
 // always run: it touches /dev/null too and lets its output through.
 bool is_writable(const std::string& path) {
   if (run_command(fill("touch %s 2>/dev/null /dev/null", {quote(path)}))) return true;
-  print(fill(r[PATH_NOT_WRITABLE], {path}));
+  print(fill(PATH_NOT_WRITABLE, path));
   return false;
 }
 

@@ -19,10 +19,22 @@ import subprocess
 import sys
 import tempfile
 
+import check_messages
+
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 MANUAL = PROJECT / "man"
 EXAMPLES = MANUAL / "examples"
 DIAGNOSTIC_MESSAGES = ("095", "096", "101", "114", "146")
+# Where morvane.rsc(5) lists the messages of some kinds.
+LISTS = {
+    r"^The formats are ([^.]*)\.": ("FORMAT",),
+    r"^The commands are ([^.]*)\.": ("COMMAND",),
+    r"^The title lines (.*) are ": ("TITLE",),
+    r"^The texts (.*) are joined ": ("PARAGRAPH",),
+    r"^(.*) hold no new line:": ("HEAD_LINE",),
+    r"^The names and commands: ([^.]*)\.": ("NAME", "NUMBER", "COMMAND"),
+    r"^The keywords ([^.]*)\.": ("KEYWORD",),
+}
 SKIPPED = 77
 TIMEOUT = 60
 
@@ -57,15 +69,38 @@ def number_counts(numbers, wanted, what):
             yield f"{what} {number} is named {counts[number]} times"
 
 
+def listed_numbers(text):
+    """Returns the numbers in a text such as "037 and 111 to 113"."""
+    return {number for first, last in re.findall(r"(\d{3})(?: to (\d{3}))?", text)
+            for number in range(int(first), int(last or first) + 1)}
+
+
+def check_kinds(page):
+    """Compares what morvane.rsc(5) says of kinds of messages with the program's list."""
+    for pattern, kinds in LISTS.items():
+        listed = re.search(pattern, page, re.MULTILINE)
+        if not listed or listed_numbers(listed[1]) != set(check_messages.of_kind(*kinds)):
+            yield f"morvane.rsc.5: not where all are named: {pattern}"
+    entries = dict(re.findall(r"^\.It (\d+)\n((?:(?!\.It|\.El).*\n)*)", page, re.MULTILINE))
+    for number, _, kind, texts in check_messages.DESCRIBED:
+        entry = entries.get(f"{number:03}", "")
+        arguments = re.search(r"^Arguments?: (.*)\.$", entry, re.MULTILINE)
+        if len(arguments[1].split(", ") if arguments else []) != texts:
+            yield f"morvane.rsc.5: {number:03} does not have {texts} arguments"
+        if bool(re.match(r"(question and )?format\b", entry)) != (kind == "FORMAT"):
+            yield f"morvane.rsc.5: {number:03} is, or is not, a format"
+
+
 def check_numbers(messages):
-    header = (PROJECT / "src/messages/numbers.h").read_text()
-    used = [f"{int(number):03}"
-            for number in re.findall(r"^  [A-Z_0-9]+ = (\d+),", header, re.MULTILINE)]
+    used = [f"{number:03}" for number in check_messages.USED]
     page = (MANUAL / "morvane.rsc.5").read_text()
     yield from number_counts(re.findall(r"^\.It (\d+)$", page, re.MULTILINE), used,
                              "morvane.rsc.5: number")
+    yield from check_kinds(page)
 
-    keywords = dict(re.findall(r"^(2[0-2]\d|23[0-3]) (\w+)$", messages, re.MULTILINE))
+    texts = dict(re.findall(r"^(\d{3}) (.*)$", messages, re.MULTILINE))
+    keywords = {number: texts[number]
+                for number in (f"{number:03}" for number in check_messages.of_kind("KEYWORD"))}
     if dict(re.findall(r"^\.It (\d+)\n\.Ic (\w+)$", page, re.MULTILINE)) != keywords:
         yield "morvane.rsc.5: the keywords are not those of the message file"
     page = (MANUAL / "morvane.descr.5").read_text()

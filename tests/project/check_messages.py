@@ -1,41 +1,55 @@
 #!/usr/bin/env python3
-"""Checks a message file against the numbers that the program names, and its translations as well.
+"""Checks a message file against the program's list of messages, and its translations as well.
 
-    check_messages.py MESSAGE_NUMBERS_HEADER MESSAGE_FILE [TRANSLATION ...]
+    check_messages.py MESSAGE_FILE [TRANSLATION ...]
 """
 
+import collections
 import pathlib
 import re
 import sys
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2] / "src"
 
 ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "f": "\f", "v": "\v", "b": "\b", "e": "\033",
            "?": "\177"}
 LONGEST_TEXT = 149
 LONGEST_LINE = 154
 WIDEST_RULER = 79  # a terminal of 80 columns, without its last one
-FORMATS = {53: 3, 75: 1, 117: 3, 118: 1, 119: 1, 121: 1, 123: 0, 133: 1}
-TITLES = (11, 19)
-PARAGRAPH = range(12, 17)  # joined, and broken into lines by the program
-JOINED = ((97, 98), (97, 99))  # with a blank between them
-COMMENTS = range(141, 144)  # each becomes a comment line of the files written
-TYPES = (256, 257)  # take the place of a product's type
+JOINED = (("NO_RIGHTS", "NO_RIGHTS_OWNER"), ("NO_RIGHTS", "NO_RIGHTS_GROUP"))  # by a blank
 LONGEST_TYPE = 49
 SCREEN_ROWS = 24
-SELECTION_TEXTS = (17, 18, 24, 29)
+SELECTION_TEXTS = ("PRODUCT_LIST_HEADING", "HOW_TO_SELECT_1", "HOW_TO_SELECT_2", "HOW_TO_SELECT_3")
 SELECTION_ROWS = 5  # three empty lines, the column headings, and the answer
 SAMPLE_PRODUCTS = 11  # as many as the list of the sample distribution has
-COMMANDS = (37, 111, 112, 113, 122)
-KEYWORDS = range(200, 234)
 
-# What is no word of a language, and why.
-TECHNICAL = [
-    (range(3, 6), "names of files and directories on the host"),
-    (COMMANDS, "commands that the shell runs"),
-    (range(62, 71), "names of boards and buses that hosts report"),
-    ((115, 116, 120), "names of systems and machines that hosts report"),
-    (KEYWORDS, "existing descriptions are read with them"),
-    (range(240, 256), "categories and types that existing descriptions name"),
-]
+# Kinds of messages that hold no words of a language, and why.
+TECHNICAL = {
+    "NAME": "hosts or existing descriptions have these names",
+    "NUMBER": "as many characters of a name",
+    "COMMAND": "the shell runs it",
+    "KEYWORD": "existing descriptions are read with it",
+}
+
+Description = collections.namedtuple("Description", "number name kind texts")
+
+
+def described_messages():
+    """Returns the program's list of its messages."""
+    rows = re.findall(r"^(MESSAGE|FORMAT)\((\d+), (\w+), (\w+)\)",
+                      (SOURCE / "messages/messages.def").read_text(), re.MULTILINE)
+    return [Description(int(number), name, *((last, 0) if macro == "MESSAGE" else
+                                             (macro, int(last))))
+            for macro, number, name, last in rows]
+
+
+DESCRIBED = described_messages()
+USED = {each.number for each in DESCRIBED}
+NUMBERS = {each.name: each.number for each in DESCRIBED}
+
+
+def of_kind(*kinds):
+    return [each.number for each in DESCRIBED if each.kind in kinds]
 
 
 def stored(raw):
@@ -64,36 +78,38 @@ def read_messages(path):
     return messages, faults
 
 
-def number_faults(messages, used):
-    yield from (f"{number} is missing" for number in sorted(used - set(messages)))
-    yield from (f"{number} is not used" for number in sorted(set(messages) - used))
+def number_faults(messages):
+    yield from (f"{number} is missing" for number in sorted(USED - set(messages)))
+    yield from (f"{number} is not used" for number in sorted(set(messages) - USED))
 
 
 def width_faults(messages):
-    ruler = len(messages[10])
+    ruler = len(messages[NUMBERS["RULER"]])
     if ruler > WIDEST_RULER:
-        yield f"10 is wider than {WIDEST_RULER}"
-    joined = {f"{first} and {second}": messages[first] + " " + messages[second]
+        yield f"the ruler is wider than {WIDEST_RULER}"
+    joined = {f"{first} and {second}": messages[NUMBERS[first]] + " " + messages[NUMBERS[second]]
               for first, second in JOINED}
+    not_shown_as_they_are = of_kind("PARAGRAPH", "COMMAND")
     for number, text in [*messages.items(), *joined.items()]:
-        if number in PARAGRAPH or number in COMMANDS:
+        if number in not_shown_as_they_are:
             continue
         if any(len(line) > ruler for line in text.expandtabs().split("\n")):
             yield f"{number} has a line wider than the ruler"
-    for number in TITLES:
+    left, right = (messages[NUMBERS[name]] for name in ("LEFT_FRAME", "RIGHT_FRAME"))
+    for number in of_kind("TITLE"):
         title = messages[number]
         if len(title) != ruler:
             yield f"{number} is not as wide as the ruler"
-        if not (title.startswith(messages[8]) and title.endswith(messages[9])):
-            yield f"{number} is not in the frames 8 and 9"
-    for number in PARAGRAPH[:-1]:
+        if not (title.startswith(left) and title.endswith(right)):
+            yield f"{number} is not in the frames"
+    for number in of_kind("PARAGRAPH")[:-1]:
         if not messages[number].endswith(" "):
             yield f"{number} runs into the text that is joined to it"
 
 
 def height_faults(messages):
     rows = SELECTION_ROWS + SAMPLE_PRODUCTS
-    rows += sum(1 + messages[number].count("\n") for number in SELECTION_TEXTS)
+    rows += sum(1 + messages[NUMBERS[name]].count("\n") for name in SELECTION_TEXTS)
     if rows > SCREEN_ROWS:
         yield f"{SELECTION_TEXTS} and the list need {rows} rows"
 
@@ -104,22 +120,25 @@ def letters_named(text, letters):
 
 
 def use_faults(messages):
-    for number, count in FORMATS.items():
+    for number, _, kind, texts in DESCRIBED:
         text = messages[number].replace("%%", "")
-        if not text.count("%") == text.count("%s") == count:
-            yield f"{number} does not hold {count} conversions, all of them %s"
-    for number in COMMENTS:
+        if kind == "FORMAT" and not text.count("%") == text.count("%s") == texts:
+            yield f"{number} does not hold {texts} conversions, all of them %s"
+    for number in of_kind("HEAD_LINE"):
         if "\n" in messages[number]:
             yield f"{number} is more than one line"
-    for number in TYPES:
+    for number in of_kind("NUMBER"):
+        if not messages[number].isdecimal():
+            yield f"{number} is no number"
+    for number in of_kind("PRODUCT_TYPE"):
         if len(messages[number]) > LONGEST_TYPE:
             yield f"{number} is longer than {LONGEST_TYPE}"
-    letters = messages[1]
+    letters = messages[NUMBERS["ANSWER_LETTERS"]]
     if not re.fullmatch(r"[a-z]{3}", letters) or len(set(letters)) != 3:
-        yield "1 is not three different letters"
-    elif letters_named(messages[35].lower(), letters) != {0, 1, 2}:
-        yield "35 does not name the three letters"
-    for number in KEYWORDS:
+        yield "the answer letters are not three different letters"
+    elif letters_named(messages[NUMBERS["ANSWER_HINT"]].lower(), letters) != {0, 1, 2}:
+        yield "the answer hint does not name the three letters"
+    for number in of_kind("KEYWORD"):
         if not re.fullmatch(r"[A-Za-z_]+", messages[number]):
             yield f"keyword {number} is no word"
 
@@ -131,28 +150,37 @@ def new_lines_around(text):
 def translation_faults(original, translation):
     if list(original) != list(translation):
         yield "the numbers stand in another order than in the original"
-    for numbers, reason in TECHNICAL:
-        for number in sorted(set(numbers) & set(original)):
-            if translation[number] != original[number]:
-                yield f"{number} is translated ({reason})"
+    for number, _, kind, _ in DESCRIBED:
+        if kind in TECHNICAL and translation[number] != original[number]:
+            yield f"{number} is translated ({TECHNICAL[kind]})"
+    letters = NUMBERS["ANSWER_LETTERS"]
+    commands = of_kind("COMMAND")
     for number, text in original.items():
         translated = translation[number]
         if new_lines_around(translated) != new_lines_around(text):
             yield f"{number} begins or ends otherwise than the original, as to new lines"
-        if number in COMMANDS:
+        if number in commands:
             continue
-        if letters_named(translated, translation[1]) != letters_named(text, original[1]):
+        if letters_named(translated, translation[letters]) != letters_named(text,
+                                                                            original[letters]):
             yield f"{number} names other answers than the original"
 
 
+def source_faults():
+    for path in sorted(SOURCE.glob("*/*.cc")):
+        if re.search(r"\bfill\(\s*r\[", path.read_text()):
+            yield f"{path.name} fills a message that is no format"
+
+
 def main():
-    header, *paths = (pathlib.Path(name) for name in sys.argv[1:])
-    used = {int(n) for n in re.findall(r"^  [A-Z_0-9]+ = (\d+),", header.read_text(), re.MULTILINE)}
     failed, original = False, None
-    for path in paths:
+    for fault in source_faults():
+        print(fault)
+        failed = True
+    for path in map(pathlib.Path, sys.argv[1:]):
         messages, faults = read_messages(path)
-        faults += number_faults(messages, used)
-        if used == set(messages):
+        faults += number_faults(messages)
+        if USED == set(messages):
             faults += [*width_faults(messages), *height_faults(messages),
                        *use_faults(messages)]
             if original:

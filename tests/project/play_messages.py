@@ -92,13 +92,13 @@ def results(root):
 def play(program, path):
     """Returns what is wrong with the two sessions, and what the first one wrote."""
     messages, _ = check_messages.read_messages(path)
-    yes, no, leave = messages[1]
+    yes, no, leave = messages[check_messages.NUMBERS["ANSWER_LETTERS"]]
+    farewell = messages[check_messages.NUMBERS["FAREWELL"]]
     with tempfile.TemporaryDirectory(prefix="morvane-messages-", dir="/tmp") as directory:
         root = pathlib.Path(directory)
         lay_out(root, path)
-        faults = [*run_faults(program, root / "dist", [leave.upper()], 1, messages[299]),
-                  *run_faults(program, root / "dist", whole_session(root, yes, no), 0,
-                              messages[299])]
+        faults = [*run_faults(program, root / "dist", [leave.upper()], 1, farewell),
+                  *run_faults(program, root / "dist", whole_session(root, yes, no), 0, farewell)]
         return faults, [] if faults else results(root)
 
 

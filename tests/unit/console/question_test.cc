@@ -69,7 +69,7 @@ TEST(YesNoQuestion, AMissingLetterMatchesNothing) {
 
 TEST(YesNoQuestion, TheQuestionIsFilledIntoItsFormatAndWrapped) {
   use_test_messages();
-  set_message(YES_NO_QUESTION, "[%s] %s (%s) %s");
+  set_message(YES_NO_QUESTION.number, "[%s] %s (%s) %s");
   set_message(RULER, "----------");
   const outcome seen = in_child("\n", [] {
     return choose_y_or_n({LAST_QUESTION, "Delete 100%s?"}) ? "yes" : "";

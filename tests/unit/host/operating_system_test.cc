@@ -172,7 +172,7 @@ TEST(HostCheck, TheSiteCommandIsRunInAnyCase) {
 TEST(HostCheck, AFailingSiteCommandAloneIsEnough) {
   use_host_messages();
   set_message(SITE_HOST_COMMAND, "exit 3");
-  set_message(SITE_HOST_FAILED, "100%% failed%s\n");
+  set_message(SITE_HOST_FAILED.number, "100%% failed%s\n");
   const outcome seen = check(host_of("SunOS", "5.5.1", "sun4"));
   EXPECT_EQ(seen.out, "100% failed\n");
   EXPECT_EQ(seen.result, "does not fit");
