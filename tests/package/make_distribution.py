@@ -26,6 +26,7 @@ import tempfile
 import time
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
+LANGUAGES = sorted(path.name.split(".")[1] for path in BUILD.glob("morvane.*.rsc"))
 COMMAND = pathlib.Path(__file__).resolve().parents[2] / "scripts/make-distribution"
 
 
@@ -526,17 +527,21 @@ def what_a_distribution_holds(workshop):
         expect(f"mode of {name}", runs, os.access(made, os.X_OK))
 
 
-def other_language(workshop):
-    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "de"])
-    expect("exit status", 0, ended.returncode)
-    expect("messages", (BUILD / "morvane.de.rsc").read_bytes(),
-           (workshop.result / "morvane.rsc").read_bytes())
+def other_languages(workshop):
+    archive = workshop.archive("a", [member("f")])
+    expect("German", True, "de" in LANGUAGES)
+    for language in LANGUAGES:
+        ended = workshop.run(archive, options=["--language", language])
+        expect("exit status", 0, ended.returncode)
+        expect("messages", (BUILD / f"morvane.{language}.rsc").read_bytes(),
+               (workshop.result / "morvane.rsc").read_bytes())
+        shutil.rmtree(workshop.result)
 
 
 def unknown_language(workshop):
-    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "fr"])
-    expect("standard error", "make-distribution: there are no messages in 'fr', only: "
-           "English (without --language), de\n", ended.stderr)
+    ended = workshop.run(workshop.archive("a", [member("f")]), options=["--language", "xx"])
+    expect("standard error", "make-distribution: there are no messages in 'xx', only: "
+           f"English (without --language), {', '.join(LANGUAGES)}\n", ended.stderr)
     expect("exit status", 1, ended.returncode)
     expect("what is left", ["products"], os.listdir(workshop.root))
 
@@ -658,7 +663,7 @@ CHECKS = (
        result_in_no_directory,
        build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
        members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
-       other_language, unknown_language, fifty_products, odd_but_sound])
+       other_languages, unknown_language, fifty_products, odd_but_sound])
 
 
 def main():
