@@ -80,7 +80,7 @@ def check_kinds(page):
     for pattern, kinds in LISTS.items():
         listed = re.search(pattern, page, re.MULTILINE)
         if not listed or listed_numbers(listed[1]) != set(check_messages.of_kind(*kinds)):
-            yield f"morvane.rsc.5: not where all are named: {pattern}"
+            yield f"morvane.rsc.5: does not name every {' and '.join(kinds)}, and no other message"
     entries = dict(re.findall(r"^\.It (\d+)\n((?:(?!\.It|\.El).*\n)*)", page, re.MULTILINE))
     for number, _, kind, texts in check_messages.DESCRIBED:
         entry = entries.get(f"{number:03}", "")
