@@ -1,7 +1,7 @@
 #include "catalogue/product_files.h"
 
 #include "messages/table.h"
-#include "platform/directory.h"
+#include "platform/effects.h"
 #include "text/format.h"
 
 namespace morvane {
@@ -9,7 +9,7 @@ namespace morvane {
 namespace {
 
 std::optional<identifiers> files_in(std::string_view directory, std::string_view ending) {
-  std::optional<file_names> names = get_files(directory, fill("*%s", {ending}));
+  std::optional<file_names> names = on_host().list_files(directory, fill("*%s", {ending}));
   if (!names) return std::nullopt;
   for (std::string& name : *names) name.resize(name.size() - ending.size());
   return names;

@@ -3,6 +3,7 @@
 #include "console/printer.h"
 #include "console/question.h"
 #include "messages/table.h"
+#include "platform/effects.h"
 #include "platform/shell.h"
 #include "text/format.h"
 #include "text/quoting.h"
@@ -35,11 +36,11 @@ std::string ask_for_links(const std::string& proposal) {
     } else if (!path.starts_with('/')) {
       print(fill("%s\n(%s): ", {r[LINKS_FILE_QUESTION_AGAIN], proposal}));
       path = proposal;
-    } else if (!exists(path)) {
+    } else if (!on_host().exists(path)) {
       print(fill("%s '%s'!\n", {r[LINKS_FILE_NOT_THERE], path}));
       print(fill("%s\n( %s ): ", {r[LINKS_FILE_QUESTION_AGAIN], proposal}));
     }
-  } while (!exists(path));
+  } while (!on_host().exists(path));
   return path;
 }
 
@@ -47,9 +48,9 @@ std::string ask_for_links(const std::string& proposal) {
 
 std::string get_links_path(std::string links, std::optional<std::string_view> base) {
   if (links.empty() || !names_configuration_file(links)) links = r[LINKS_DEFAULT_PATH];
-  if (exists(links)) return links;
+  if (on_host().exists(links)) return links;
   links = fill("%s/config/%s", {base.value_or(STANDARD_DIRECTORY), r[LINKS_FILE_NAME]});
-  return exists(links) ? links : ask_for_links(links);
+  return on_host().exists(links) ? links : ask_for_links(links);
 }
 
 release get_kemo_version(std::string_view links) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/shell.h"
+#include "platform/effects.h"
 #include "text/format.h"
 
 namespace morvane {
@@ -59,9 +59,10 @@ std::vector<std::string_view> missing_files(std::string_view path,
                                             std::span<const std::string_view> files) {
   std::vector<std::string_view> missing;
   for (const std::string_view file : files) {
-    if (!exists(file.starts_with('/') ? std::string(path) : fill("%s/%s", {path, file}))) {
-      missing.push_back(file);
-    }
+    const bool is_absolute = file.starts_with('/');
+    const bool there =
+        on_host().exists(is_absolute ? std::string(path) : fill("%s/%s", {path, file}));
+    if (!there) missing.push_back(file);
   }
   return missing;
 }

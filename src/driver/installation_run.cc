@@ -13,7 +13,7 @@
 #include "messages/table.h"
 #include "output/makefile.h"
 #include "output/settings_file.h"
-#include "platform/shell.h"
+#include "platform/effects.h"
 #include "settings/ownership.h"
 #include "settings/path.h"
 #include "settings/selection.h"
@@ -99,7 +99,7 @@ void write_installation_makefile(product_table& table) {
 // Another run in this directory tries groups on a file of the makefile's name and removes it.
 [[noreturn]] void ask_last_question() {
   if (!choose_y_or_n(plain_question(LAST_QUESTION))) quit();
-  if (!exists(MAKEFILE_NAME)) leave_without_file(MAKEFILE_NAME);
+  if (!on_host().exists(MAKEFILE_NAME)) leave_without_file(MAKEFILE_NAME);
   return_code = 0;
   quit();
 }

@@ -4,11 +4,10 @@
 #include "console/printer.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
+#include "platform/effects.h"
 #include "platform/identity.h"
 #include "platform/shell.h"
-#include "platform/signals.h"
 #include "text/format.h"
-#include "text/quoting.h"
 
 namespace morvane {
 
@@ -26,18 +25,14 @@ bool check_owner(std::string_view user_name) {
 
 bool check_group(std::string_view group_name) {
   const std::string probe(MAKEFILE_NAME);
-  remove_on_signal(probe);  // it is empty, and looks like the makefile
-  if (!run_command(fill("touch ./%s 2>/dev/null 1>/dev/null", {MAKEFILE_NAME}))) {
+  const group_trial outcome = on_host().try_group(probe, group_name);
+  if (outcome == group_trial::NO_PROBE) {
     diagnose(fill("\n\n%s\n\n ./%s", {r[PROBE_NOT_CREATED], MAKEFILE_NAME}));
     quit();
   }
-  const bool allowed = run_command(
-      fill("chgrp %s ./%s 2>/dev/null 1>/dev/null", {quote(group_name), MAKEFILE_NAME}));
-  if (!allowed) print_refusal(NO_RIGHTS_GROUP, group_name);
-  // The quotes keep an alias of that name away.
-  run_command(fill("'rm' -f ./%s", {MAKEFILE_NAME}));
-  keep_on_signal(probe);
-  return allowed;
+  if (outcome == group_trial::REFUSED) print_refusal(NO_RIGHTS_GROUP, group_name);
+  on_host().remove_probe(probe);
+  return outcome == group_trial::ALLOWED;
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include "console/leave_without.h"
 #include "host/operating_system.h"
 #include "host/rights.h"
+#include "output/generated_file.h"
 #include "output/makefile_text.h"
-#include "output/output_file.h"
 #include "output/product_facts.h"
 #include "platform/directory.h"
 
@@ -30,17 +30,15 @@ std::vector<product_facts> facts_of_all(const installation_order& order,
 }  // namespace
 
 void write_makefile(const installation_order& order) {
-  bool written = false;
   std::optional<std::string> directory;
-  {
-    output_file file(MAKEFILE_NAME, earlier_file::GOES);
+  const auto compose = [&]() -> std::optional<std::string> {
     const std::string host_system = whichOS();
     directory = get_pwd();
-    if (directory) {
-      const std::vector<product_facts> facts = facts_of_all(order, host_system);
-      written = file.write(generated_head() + makefile_text(*directory, facts));
-    }
-  }
+    if (!directory) return std::nullopt;
+    return generated_head() + makefile_text(*directory, facts_of_all(order, host_system));
+  };
+  const bool written =
+      write_generated_file(std::string(MAKEFILE_NAME), earlier_file::GOES, compose);
   if (!directory) leave_without_current_directory();
   if (!written) leave_without_file(MAKEFILE_NAME);
 }

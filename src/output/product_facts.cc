@@ -5,8 +5,8 @@
 #include "catalogue/product_files.h"
 #include "output/left_files.h"
 #include "platform/diagnostic.h"
+#include "platform/effects.h"
 #include "platform/identity.h"
-#include "platform/shell.h"
 #include "text/format.h"
 #include "text/quoting.h"
 
@@ -32,7 +32,7 @@ std::vector<std::string> files_to_copy(const product& record) {
 }
 
 bool lies_here(const std::string& file) {
-  if (run_command(fill("test -f ./%s", {quote(file)}))) return true;
+  if (on_host().is_file(file)) return true;
   diagnose_warning(fill("installation file './%s' missing.", {file}));
   return false;
 }

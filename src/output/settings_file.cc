@@ -2,7 +2,7 @@
 
 #include "catalogue/product_files.h"
 #include "host/operating_system.h"
-#include "output/output_file.h"
+#include "output/generated_file.h"
 #include "platform/diagnostic.h"
 #include "text/format.h"
 #include "version/version.h"
@@ -59,12 +59,14 @@ std::string dependency_lines(const product& record) {
 void write_dat_file(const product& record) {
   if (record.descr_avail == NO_DESCRIPTION) return;
   const std::string file_name = fill("%s%s", {record.id, SETTINGS_ENDING});
-  output_file file(file_name, earlier_file::STAYS);
-  std::string content = generated_head();
-  content += fill("HOST_OS = %s\n", {whichOS()});
-  content += product_lines(record);
-  content += dependency_lines(record);
-  if (!file.write(content)) {
+  const bool written = write_generated_file(file_name, earlier_file::STAYS, [&] {
+    std::string content = generated_head();
+    content += fill("HOST_OS = %s\n", {whichOS()});
+    content += product_lines(record);
+    content += dependency_lines(record);
+    return content;
+  });
+  if (!written) {
     diagnose_warning(fill("'%s' could not be written in full", {file_name}));
   }
 }

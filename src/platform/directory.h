@@ -11,9 +11,9 @@ namespace morvane {
 
 using file_names = std::vector<std::string>;
 
-// Returns the names in `directory` that match the shell wildcard `pattern`, in the order of `ls`,
-// but for those of directories; none where the directory does not exist or nothing matches. Nothing
-// where something matches and cannot be listed; standard error then says so.
+// Returns the names in `directory` on the host that match the shell wildcard `pattern`, in the
+// order of `ls`, but for those of directories; none where the directory does not exist or nothing
+// matches. Nothing where something matches and cannot be listed; standard error then says so.
 std::optional<file_names> get_files(std::string_view directory, std::string_view pattern);
 
 // Returns the current directory, without its first component (an automounter's mount prefix) where

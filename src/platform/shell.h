@@ -20,8 +20,8 @@ bool run_command(const std::string& command);
 // end, and at most `longest` bytes of it; nothing where it prints nothing or cannot be run.
 std::optional<std::string> first_line_of(const std::string& command, std::size_t longest);
 
-// Tells whether `path` names something that exists, links followed; no permission to read it is
-// needed.
+// Tells whether `path` names something that exists on the host, links followed; no permission to
+// read it is needed. A run asks its effects instead, which may be a rehearsal's.
 bool exists(std::string_view path);
 
 // Return the files through which the output of shell commands comes back, named after the process.

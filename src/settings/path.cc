@@ -7,11 +7,10 @@
 #include "console/printer.h"
 #include "console/question.h"
 #include "messages/table.h"
+#include "platform/effects.h"
 #include "platform/identity.h"
-#include "platform/shell.h"
 #include "settings/refusal.h"
 #include "text/format.h"
-#include "text/quoting.h"
 #include "text/wrap.h"
 
 namespace morvane {
@@ -78,17 +77,13 @@ void handle_missing(const std::string& path, const question& about, bool offer_t
       .product = about.product,
       .directory = path};
   if (!choose_y_or_n(asked)) return;
-  if (exists(path)) return;  // somebody has created it meanwhile: it is theirs
-  const std::string word = quote(path);
-  if (!run_command(fill("mkdir -p %s; chmod 755 %s", {word, word}))) {
-    print(fill("%s '%s'.\n", {r[PATH_FAILED], path}));
-  }
+  if (on_host().exists(path)) return;  // somebody has created it meanwhile: it is theirs
+  if (!on_host().make_directory(path)) print(fill("%s '%s'.\n", {r[PATH_FAILED], path}));
 }
 
-// Tells whether the directory can be written. The form of the command is what installations have
-// always run: it touches /dev/null too and lets its output through.
+// Tells whether the directory can be written, and the operator where it cannot.
 bool is_writable(const std::string& path) {
-  if (run_command(fill("touch %s 2>/dev/null /dev/null", {quote(path)}))) return true;
+  if (on_host().may_create_in(path)) return true;
   print(fill(PATH_NOT_WRITABLE, path));
   return false;
 }
@@ -120,8 +115,8 @@ chosen_path get_valid_path(const question& about, const path_demands& demands) {
   for (;;) {
     const std::optional<std::string> path = to_path(ask_for_path(about));
     if (!path) continue;
-    if (!exists(*path)) handle_missing(*path, about, demands.offer_to_create);
-    const bool there = exists(*path);
+    if (!on_host().exists(*path)) handle_missing(*path, about, demands.offer_to_create);
+    const bool there = on_host().exists(*path);
     if (!there && demands.insist) continue;
     // A user's home directory may be anything.
     if (!path->starts_with('/')) continue;

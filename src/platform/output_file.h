@@ -1,6 +1,6 @@
-// A generated file: opened first, composed, then written at once.
-#ifndef MORVANE_OUTPUT_OUTPUT_FILE_H
-#define MORVANE_OUTPUT_OUTPUT_FILE_H
+// A file that is opened first, while its content is still to be composed, and written at once.
+#ifndef MORVANE_PLATFORM_OUTPUT_FILE_H
+#define MORVANE_PLATFORM_OUTPUT_FILE_H
 
 #include <string>
 #include <string_view>
@@ -15,31 +15,28 @@ enum class earlier_file { STAYS, GOES };
 class output_file {
  public:
   // Opens the file `name` in the current directory, or creates it; an existing one keeps its mode
-  // and owner, and its content as long as nothing is written. Where that fails, says so and ends
-  // the program.
+  // and owner, and its content as long as nothing is written.
   output_file(std::string_view name, earlier_file earlier);
 
   // Removes a file that was created and never written, and, where an earlier file is to go, any
-  // that was not written in full.
+  // that was not written in full. Leaves alone what could not be opened.
   ~output_file();
   output_file(const output_file&) = delete;
   output_file& operator=(const output_file&) = delete;
 
+  bool is_open() const { return file_.is_open(); }
+
   // Makes `content` the content of the file and closes it; no signal ends the program half-way.
-  // Returns whether all of it was written. Called once.
+  // Returns whether all of it was written. Called once, for an open file.
   bool write(std::string_view content);
 
  private:
   std::string name_;
   earlier_file earlier_;
-  bool created_ = false;  // and not written yet
-  bool written_ = false;
   descriptor file_;
+  bool unwanted_ = false;  // goes with the object
 };
-
-// Returns the head that every generated file starts with.
-std::string generated_head();
 
 }  // namespace morvane
 
-#endif  // MORVANE_OUTPUT_OUTPUT_FILE_H
+#endif  // MORVANE_PLATFORM_OUTPUT_FILE_H

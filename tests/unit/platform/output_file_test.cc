@@ -1,4 +1,4 @@
-#include "output/output_file.h"
+#include "platform/output_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -48,6 +48,16 @@ TEST(OutputFile, ThatCannotBeWrittenInFullGoesOrStaysAsItIs) {
     EXPECT_EQ(std::filesystem::is_symlink("file"), earlier == earlier_file::STAYS);
     std::filesystem::remove("file");
   }
+}
+
+TEST(OutputFile, ThatCannotBeOpenedIsLeftAlone) {
+  const scratch_directory here;
+  std::filesystem::create_symlink("/nonexistent/file", "file");
+  {
+    const output_file file("file", earlier_file::GOES);
+    EXPECT_FALSE(file.is_open());
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink("file"));
 }
 
 // Opens the output file in a child, which a signal ends before it is written.
