@@ -53,8 +53,9 @@ fault_kind misplacement_of(const keyword& entry) {
 // Reads the entries of one description.
 class parser {
  public:
-  parser(input_file& file, string_view path, description& d, const fault_listener& listener)
-      : file_(file), path_(path), description_(d), listener_(listener) {
+  parser(input_file& file, string_view path, description& d, const fault_listener& listener,
+         const entry_listener& entries)
+      : file_(file), path_(path), description_(d), listener_(listener), entries_(entries) {
     for (std::size_t i = 0; i < texts_.size(); ++i) texts_[i] = r[KEYWORDS[i].number];
   }
 
@@ -67,8 +68,7 @@ class parser {
       const int c = file_.peek();
       if (c == input_file::END) return;
       if (c == '#') {
-        file_.get();
-        file_.skip_line(SKIPPED_LINE);
+        read_comment();
       } else if (is_white_space(c)) {
         file_.get();
       } else {
@@ -93,6 +93,20 @@ class parser {
     return nullptr;
   }
 
+  void hand_over(message_number keyword, string_view value) const {
+    if (entries_) entries_({place_, keyword, value});
+  }
+
+  void read_comment() {
+    place_ = file_.place();
+    file_.get();
+    comment_.clear();
+    file_.read_line(SKIPPED_LINE, comment_);
+    string_view line = comment_;
+    if (line.ends_with('\n')) line.remove_suffix(1);
+    hand_over({}, line);
+  }
+
   // A rejected entry is not read further: its "=" is met next and reported as an entry of its own,
   // with an empty keyword. Where the rejected keyword is itself empty, that would never end, so its
   // line is skipped.
@@ -110,6 +124,7 @@ class parser {
       const std::optional<fault_kind> fault = getvar(file_, value_, comment_);
       if (fault) report(*fault, entry->number);
       entry->store(description_, value_);
+      hand_over(entry->number, value_);
       return;
     }
     report(misplacement_of(*entry), entry->number);
@@ -120,11 +135,12 @@ class parser {
   string_view path_;
   description& description_;
   const fault_listener& listener_;
-  place_in_file place_;  // of the entry
+  const entry_listener& entries_;
+  place_in_file place_;  // of the entry or comment
   std::array<string_view, KEYWORD_COUNT> texts_;
   std::string word_;
   std::string value_;
-  std::string comment_;  // kept out of the value; nothing reads it
+  std::string comment_;  // a line of its own, or what is kept out of the value, which nobody reads
 };
 
 // Tells whether a file that could not be opened with `error` is not there, or cannot be.
@@ -135,7 +151,7 @@ bool is_missing(int error) {
 }  // namespace
 
 read_outcome read_product(string_view directory, string_view identifier, product& record,
-                          const fault_listener& listener) {
+                          const fault_listener& listener, const entry_listener& entries) {
   init_product(record);
   record.id = identifier;
   const std::string path = description_path(directory, identifier);
@@ -143,7 +159,7 @@ read_outcome read_product(string_view directory, string_view identifier, product
   if (file.is_open()) {
     record.descr_avail = DESCRIBED;
     description d{record, identifier};
-    parser(file, path, d, listener).read_entries();
+    parser(file, path, d, listener, entries).read_entries();
   } else if (is_missing(file.error())) {
     return read_outcome::MISSING;
   }

@@ -419,5 +419,19 @@ TEST_F(Description, AnEleventhTypeIsReported) {
   EXPECT_EQ(category(eleven.record).type_num, 0);
 }
 
+TEST_F(Description, EntriesAndCommentsAreHandedOverWithTheirPlaces) {
+  const scratch_directory here;
+  write_file("x.descr", "# one\n  Name = X # kept out\nWrong = 1\n\nFullName = \"A b\"\n#two");
+  std::string seen;
+  product record;
+  read_product(
+      ".", "x", record, [](const description_fault&) {},
+      [&seen](const description_entry& entry) {
+        seen += std::to_string(entry.place.line) + ":" + std::to_string(entry.place.column) + " " +
+                std::to_string(entry.keyword) + " '" + std::string(entry.value) + "'\n";
+      });
+  EXPECT_EQ(seen, "1:1 0 ' one'\n2:3 201 'X'\n5:1 202 'A b'\n6:1 0 'two'\n");
+}
+
 }  // namespace
 }  // namespace morvane
