@@ -71,10 +71,12 @@ struct directory_entries {
     return fnmatch(pattern.c_str(), name, FNM_PERIOD | FNM_PATHNAME) == 0;
   }
 
-  // What cannot be looked at is there all the same: the listing says so.
+  // What cannot be looked at is there all the same: the listing says so. Only where the directory
+  // cannot be entered it speaks of another one.
   bool is_there(const std::string& name) const {
     struct stat status;
-    return lstat(path_of(name).c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+    if (lstat(path_of(name).c_str(), &status) == 0) return true;
+    return errno != ENOENT && errno != ENOTDIR && errno != EACCES;
   }
 
   bool is_directory(const std::string& name) const {

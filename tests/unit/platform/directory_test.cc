@@ -9,6 +9,7 @@
 
 #include "platform/shell.h"
 #include "support/child.h"
+#include "support/records.h"
 
 namespace morvane {
 namespace {
@@ -125,6 +126,18 @@ TEST(Listing, OfAFileIsNotThatOfTheCurrentDirectory) {
   write_file("a.tar", "");
   write_file("file", "");
   EXPECT_EQ(list("file", "*.tar").result, "0:");
+}
+
+TEST(Listing, OfADirectoryThatCannotBeEnteredIsNotThatOfTheCurrentDirectory) {
+  const scratch_directory here;
+  open_to_everybody(".");
+  write_file("a.tar", "");
+  write_file("closed/a.tar", "");
+  fs::permissions("closed", fs::perms(0444));
+  const outcome seen =
+      in_child_as_ordinary_user("", [] { return line_of(get_files("closed", "*.tar")); });
+  fs::permissions("closed", fs::perms(0755));
+  EXPECT_EQ(seen.result, "0:");
 }
 
 std::string cannot_be_listed(const std::string& directory) {
