@@ -28,7 +28,7 @@ void check(const category_dep& category) {
   require(!category.category.empty(), "a category dependency has a category");
   require(category.product == nullptr, "nothing is settled");
   require(is_contiguous(category.type_dep), "types have no gap");
-  require(category.type_num == (category.type_dep[0] == nullptr ? -1 : 0),
+  require(category.type_dep[0] == nullptr ? !category.type_num : category.type_num == 0U,
           "the first type is the chosen one");
   for (const auto& type : category.type_dep) {
     if (type == nullptr) continue;
@@ -42,8 +42,8 @@ void check(const product& record) {
   require(record.id == "fuzz", "the record has its identifier");
   require(record.descr_avail != NO_DESCRIPTION, "the description was there");
   require(record.needed_patches.back() == needed_patch(), "the list of patches has an end mark");
-  require(record.path_valid == path_state::UNSETTLED && !record.owner_valid &&
-              !record.group_valid && !record.other_access_valid,
+  require(record.settled.path == path_state::UNSETTLED && !record.settled.owner &&
+              !record.settled.group && !record.settled.access,
           "no setting is settled");
   require(is_contiguous(record.target_dep), "targets have no gap");
   for (const auto& target : record.target_dep) {

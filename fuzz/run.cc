@@ -126,9 +126,9 @@ bool needs(const product* from, const product* wanted, std::set<const product*>&
   });
 }
 
-// Checks that `record` stands behind its suppliers among the first `placed` products of `order`.
-void check_place(const product& record, const installation_order& order, int placed) {
-  const auto end = order.begin() + placed;
+// Checks that `record` stands behind its suppliers in `order`, whose products end before `end`.
+void check_place(const product& record, const installation_order& order,
+                 installation_order::const_iterator end) {
   const auto place = std::find(order.begin(), end, &record);
   for (const product* supplier : suppliers_of(record)) {
     std::set<const product*> seen;
@@ -141,8 +141,8 @@ void check_place(const product& record, const installation_order& order, int pla
 // What holds where the operator has answered all questions.
 void check_result(product_table& table) {
   installation_order order;
-  const int placed = get_inst_order(table, order);
-  const auto end = order.begin() + placed;
+  const std::size_t placed = get_inst_order(table, order);
+  const auto end = order.begin() + static_cast<std::ptrdiff_t>(placed);
   require(std::find(order.begin(), end, nullptr) == end, "the order has no gap");
   require(std::all_of(end, order.end(), [](const product* record) { return record == nullptr; }),
           "the order ends behind its last product");
@@ -159,7 +159,7 @@ void check_result(product_table& table) {
     // One that depends on itself stands there twice; so many may leave no room for others.
     require((times > 0 && times <= 2) || placed == TABLE_SIZE, "the order holds each product");
     if (times == 0) continue;
-    check_place(record, order, placed);
+    check_place(record, order, end);
     if (record.id.empty()) continue;
     const std::string id(record.id);
     require(makefile.find("\n" + id + ": " + id + "-message") != std::string::npos,

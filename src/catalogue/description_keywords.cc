@@ -40,11 +40,11 @@ void store_version(release& stored, string_view value) {
 // belong to it are refused; it is kept nowhere.
 void open_target(description& d, string_view value) {
   if (value.empty()) return;
-  ++d.target_index;
-  d.category_index = -1;
-  d.type_index = -1;
-  if (d.target_index == static_cast<int>(TARGETS)) return;
-  auto& slot = d.record.target_dep[static_cast<std::size_t>(d.target_index)];
+  ++d.targets;
+  d.categories = 0;
+  d.types = 0;
+  if (d.targets > TARGETS) return;
+  auto& slot = d.record.target_dep[d.targets - 1];
   slot = std::make_unique<target_dep>();
   slot->target = value;
 }
@@ -52,18 +52,18 @@ void open_target(description& d, string_view value) {
 // As with targets, a category dependency beyond the last one is counted, but kept nowhere.
 void open_category(description& d, string_view value) {
   if (value.empty()) return;
-  ++d.category_index;
-  d.type_index = -1;
-  if (d.category_index >= static_cast<int>(CATEGORIES)) return;
-  auto& slot = d.target()->category_dep[static_cast<std::size_t>(d.category_index)];
+  ++d.categories;
+  d.types = 0;
+  if (d.categories > CATEGORIES) return;
+  auto& slot = d.target()->category_dep[d.categories - 1];
   slot = std::make_unique<category_dep>();
   slot->category = value;
 }
 
 void open_type(description& d, string_view value) {
   if (value.empty()) return;
-  ++d.type_index;
-  auto& slot = d.category()->type_dep[static_cast<std::size_t>(d.type_index)];
+  ++d.types;
+  auto& slot = d.category()->type_dep[d.types - 1];
   slot = std::make_unique<type_dep>();
   slot->type = value;
   d.category()->type_num = 0;

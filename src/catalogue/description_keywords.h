@@ -23,28 +23,27 @@ enum class scope {
 };
 
 // The record being filled and the place in it where entries of targets, category dependencies and
-// types belong: the running indices are -1 while nothing is open and may be beyond the last.
+// types belong: the last one of each, of as many as were opened, which may be more than are kept.
 struct description {
   product& record;
   std::string_view identifier;
-  int target_index = -1;
-  int category_index = -1;
-  int type_index = -1;
+  std::size_t targets = 0;
+  std::size_t categories = 0;  // of the last target
+  std::size_t types = 0;       // of the last category dependency
   bool fixed_lists_disabled = false;
 
-  target_dep* target() const { return at(record.target_dep, target_index); }
+  target_dep* target() const { return last(record.target_dep, targets); }
   category_dep* category() const {
-    return target() == nullptr ? nullptr : at(target()->category_dep, category_index);
+    return target() == nullptr ? nullptr : last(target()->category_dep, categories);
   }
   type_dep* type() const {
-    return category() == nullptr ? nullptr : at(category()->type_dep, type_index);
+    return category() == nullptr ? nullptr : last(category()->type_dep, types);
   }
 
  private:
   template <typename Slots>
-  static typename Slots::value_type::pointer at(const Slots& slots, int index) {
-    const bool in_range = index >= 0 && index < static_cast<int>(slots.size());
-    return in_range ? slots[static_cast<std::size_t>(index)].get() : nullptr;
+  static typename Slots::value_type::pointer last(const Slots& slots, std::size_t count) {
+    return count >= 1 && count <= slots.size() ? slots[count - 1].get() : nullptr;
   }
 };
 

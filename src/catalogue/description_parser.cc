@@ -24,13 +24,13 @@ constexpr std::size_t SKIPPED_LINE = 255;
 bool is_open(const description& d, const keyword& entry) {
   switch (entry.needs) {
     case scope::NEW_TARGET:
-      return d.target_index < static_cast<int>(TARGETS);
+      return d.targets <= TARGETS;
     case scope::TARGET:
       return d.target() != nullptr;
     case scope::CATEGORY:
       return d.category() != nullptr;
     case scope::NEW_TYPE:
-      return d.category() != nullptr && d.type_index < static_cast<int>(TYPES) - 1;
+      return d.category() != nullptr && d.types < TYPES;
     case scope::TYPE:
       return d.type() != nullptr;
     default:

@@ -9,9 +9,10 @@ void init_product(product& record) {
   record.install = product_state::INITIALISED;
 }
 
-int get_next_free_product(const product_table& table) {
-  const auto slot = std::find_if(table.begin(), table.end(), is_free);
-  return static_cast<int>(slot - table.begin());
+std::size_t get_next_free_product(const product_table& table) {
+  std::size_t slot = 0;
+  while (slot < table.size() && !is_free(table[slot])) ++slot;
+  return slot;
 }
 
 bool is_free(const product& record) {
@@ -47,8 +48,8 @@ type_alternatives alternatives(const category_dep& category) {
 }
 
 const type_dep* chosen_alternative(const category_dep& category) {
-  if (alternatives(category).empty()) return nullptr;
-  return category.type_dep[static_cast<std::size_t>(category.type_num)].get();
+  if (!category.type_num || alternatives(category).empty()) return nullptr;
+  return category.type_dep[*category.type_num].get();
 }
 
 std::vector<std::string_view> required_files(const type_dep& type) {

@@ -16,7 +16,7 @@
 
 namespace morvane {
 
-inline constexpr int TABLE_SIZE = 50;           // products known in one run
+inline constexpr std::size_t TABLE_SIZE = 50;   // products known in one run
 inline constexpr std::size_t TARGETS = 12;      // targets of a product
 inline constexpr std::size_t CATEGORIES = 10;   // category dependencies of a target
 inline constexpr std::size_t TYPES = 10;        // type alternatives of a category dependency
@@ -73,7 +73,7 @@ struct category_dep {
   morvane::product* product = nullptr;  // the supplier once settled; points into the product table
   name_text category;
   title_text text;
-  int type_num = -1;  // index of the chosen alternative, -1 while there are none
+  std::optional<std::size_t> type_num;  // of the chosen alternative; absent while there are none
   std::array<std::unique_ptr<morvane::type_dep>, TYPES> type_dep;  // ask `alternatives`
 };
 
@@ -97,6 +97,14 @@ struct needed_patch {
   bool operator==(const needed_patch&) const = default;
 };
 
+// Which settings of a product need not be asked for any more.
+struct settled_settings {
+  path_state path = path_state::UNSETTLED;
+  bool owner = false;
+  bool group = false;
+  bool access = false;
+};
+
 struct product {
   product_state install = product_state::FREE;
   int descr_avail = NO_DESCRIPTION;
@@ -111,21 +119,18 @@ struct product {
   std::array<std::unique_ptr<morvane::target_dep>, TARGETS> target_dep;
   // An earlier, longer list leaves its levels behind the end mark -1: they are settled as well.
   std::array<needed_patch, PATCHES> needed_patches;
-  path_state path_valid = path_state::UNSETTLED;
+  settled_settings settled;
   path_text path;
   long_text path_info;
   path_text path_env_var;
-  bool owner_valid = false;
   name_text owner;
   long_text owner_info;
   path_text homedir;  // of the owner
   std::array<name_text, FIXED_NAMES> fix_owner;
-  bool group_valid = false;
   name_text group;
   long_text group_info;
   std::array<name_text, FIXED_NAMES> fix_group;
-  bool other_access_valid = false;
-  int other_access = 1;  // 1: other users keep access
+  bool other_access = true;  // other users keep access
   long_text other_access_info;
   long_text needed_tools;
 };
@@ -137,7 +142,7 @@ using product_table = std::array<product, TABLE_SIZE>;
 void init_product(product& record);
 
 // Returns the lowest free slot of `table`, or TABLE_SIZE where there is none.
-int get_next_free_product(const product_table& table);
+std::size_t get_next_free_product(const product_table& table);
 
 bool is_free(const product& record);
 

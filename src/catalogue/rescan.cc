@@ -9,15 +9,14 @@
 namespace morvane {
 
 void report_full_table() {
-  diagnose(
-      fill("%s: More than %d product entries, array overflow.\n", {PROGRAM_NAME, int{TABLE_SIZE}}));
+  diagnose(fill("%s: More than %d product entries, array overflow.\n", {PROGRAM_NAME, TABLE_SIZE}));
 }
 
 void read_installed_product(std::string_view descriptions, std::string_view identifier,
                             product& record) {
   read_product(descriptions, identifier, record);
   record.install = product_state::INSTALLED;
-  record.path_valid = path_state::SCANNED;
+  record.settled.path = path_state::SCANNED;
 }
 
 scanned_slots read_all_descr_files(product_table& table, std::string_view path) {
@@ -27,19 +26,19 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
     if (is_free(record)) break;
     ++slots.first;
     if (record.path != path) continue;
-    if (record.path_valid == path_state::SCANNED) scanned_before = true;
-    if (record.path_valid == path_state::CHOSEN) record.path_valid = path_state::SCANNED;
+    if (record.settled.path == path_state::SCANNED) scanned_before = true;
+    if (record.settled.path == path_state::CHOSEN) record.settled.path = path_state::SCANNED;
   }
   if (scanned_before) return slots;
 
   const std::string descriptions = installed_products_directory(path);
   for (const std::string& identifier : descriptions_in(descriptions).value_or(identifiers())) {
-    const int slot = slots.first + slots.count;
+    const std::size_t slot = slots.first + slots.count;
     if (slot == TABLE_SIZE) {
       report_full_table();
       break;
     }
-    product& record = table[static_cast<std::size_t>(slot)];
+    product& record = table[slot];
     read_installed_product(descriptions, identifier, record);
     record.path = path;
     ++slots.count;

@@ -2,6 +2,7 @@
 #ifndef MORVANE_CATALOGUE_RESCAN_H
 #define MORVANE_CATALOGUE_RESCAN_H
 
+#include <cstddef>
 #include <string_view>
 
 #include "catalogue/product.h"
@@ -10,8 +11,8 @@ namespace morvane {
 
 // The slots that a scan filled: `count` slots from slot `first` on.
 struct scanned_slots {
-  int first = 0;
-  int count = 0;
+  std::size_t first = 0;
+  std::size_t count = 0;
 };
 
 // Reports on standard error that the product table is full.

@@ -56,7 +56,8 @@ void print_category(const std::string& indices, const category_dep& category) {
   }
   put("\t\tcategory : %s\n", {category.category});
   put("\t\ttext     : %s\n", {category.text});
-  put("\t\ttype_num : %d\n", {category.type_num});
+  put("\t\ttype_num : %s\n",
+      {category.type_num ? std::to_string(*category.type_num) : std::string("-1")});
   for (std::size_t y = 0; y < TYPES; ++y) {
     const type_dep* type = category.type_dep[y].get();
     if (type != nullptr) print_type(indices + "][" + std::to_string(y), *type);
@@ -82,7 +83,7 @@ void print_patches(const product& record) {
   print("\nneeded_patches (needed_patch_product):\n");
   for (std::size_t k = 0; k < PATCHES && record.needed_patches[k].level >= 0; ++k) {
     const auto& [level, supplier] = record.needed_patches[k];
-    put("needed_patches[%d] : %d\n", {static_cast<int>(k), level});
+    put("needed_patches[%d] : %d\n", {k, level});
     if (supplier == nullptr) continue;
     put("\tproduct->name    : %s\n", {supplier->name});
     put("\t       ->install : %d\n", {state_code(supplier->install)});
@@ -97,21 +98,21 @@ void print_names(std::string_view title, const std::array<name_text, FIXED_NAMES
 }
 
 void print_settings(const product& record) {
-  put("\npath_valid       : %d\n", {static_cast<int>(record.path_valid)});
+  put("\npath_valid       : %d\n", {static_cast<int>(record.settled.path)});
   put("path             : %s\n", {record.path});
   put("path_info        : %s\n", {record.path_info});
   put("path_env_var     : %s\n", {record.path_env_var});
-  put("owner_valid      : %d\n", {int{record.owner_valid}});
+  put("owner_valid      : %d\n", {int{record.settled.owner}});
   put("owner            : %s\n", {record.owner});
   put("owner_info       : %s\n", {record.owner_info});
   print_names("fix_owner        :", record.fix_owner);
   put("homedir          : %s\n", {record.homedir});
-  put("group_valid      : %d\n", {int{record.group_valid}});
+  put("group_valid      : %d\n", {int{record.settled.group}});
   put("group            : %s\n", {record.group});
   put("group_info       : %s\n", {record.group_info});
   print_names("fix_group        :", record.fix_group);
-  put("other_access_valid: %d\n", {int{record.other_access_valid}});
-  put("other_access     : %d\n", {record.other_access});
+  put("other_access_valid: %d\n", {int{record.settled.access}});
+  put("other_access     : %d\n", {int{record.other_access}});
   put("other_access_info: %s\n", {record.other_access_info});
   put("needed_tools     : %s\n", {record.needed_tools});
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -50,11 +51,11 @@ class category_dialogue {
     give_back(scanned);
     if (refused) return;
     if (scanned.first == TABLE_SIZE) {
-      diagnose(fill("%s: More than %d product entries, array overflow",
-                    {PROGRAM_NAME, int{TABLE_SIZE}}));
+      diagnose(
+          fill("%s: More than %d product entries, array overflow", {PROGRAM_NAME, TABLE_SIZE}));
       return;
     }
-    add_discovered(wanted, directory, table_[static_cast<std::size_t>(scanned.first)]);
+    add_discovered(wanted, directory, table_[scanned.first]);
   }
 
   void announce() {
@@ -78,7 +79,7 @@ class category_dialogue {
       if (!answer) return;
       for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i]->type != *answer) continue;
-        category_.type_num = static_cast<int>(i);
+        category_.type_num = i;
         return;
       }
     }
@@ -140,7 +141,7 @@ class category_dialogue {
   bool offer_from_directory(const requirement& wanted, std::string_view directory,
                             const scanned_slots& scanned) {
     bool refused = false;
-    for (auto slot = static_cast<std::size_t>(scanned.first); slot < table_.size(); ++slot) {
+    for (std::size_t slot = scanned.first; slot < table_.size(); ++slot) {
       product& candidate = table_[slot];
       if (!qualifies(candidate, wanted) || candidate.path != directory) continue;
       if (accept(candidate)) return refused;
@@ -150,9 +151,9 @@ class category_dialogue {
   }
 
   void give_back(const scanned_slots& scanned) {
-    const auto first = table_.begin() + scanned.first;
-    std::for_each(first, first + scanned.count,
-                  [](product& record) { record.install = product_state::FREE; });
+    for (product& record : std::span(table_).subspan(scanned.first, scanned.count)) {
+      record.install = product_state::FREE;
+    }
   }
 
   // Puts the product that the operator says is in `directory` into `slot`, as far as it can be

@@ -12,7 +12,7 @@ namespace {
 // Products that need themselves can fill the order before all are placed. What finds no place then
 // is followed again wherever it is needed, with every ring reported again. Descriptions could keep
 // that up for ever: after this many placements nothing more is followed.
-constexpr int MOST_PLACEMENTS = 10000;
+constexpr std::size_t MOST_PLACEMENTS = 10000;
 
 bool is_placed(const product& record, const installation_order& order) {
   return std::find(order.begin(), order.end(), &record) != order.end();
@@ -27,8 +27,8 @@ bool comes_first(const need& dependency) {
 // Places `supplier`, which the last product of `path` depends on, unless it has its place or closes
 // a ring. That last product is not part of the ring test: a product that depends on itself is
 // entered once more and stands twice in the order, as it always did.
-void follow(product& supplier, std::vector<product*>& path, installation_order& order, int& count,
-            const ring_listener& listener) {
+void follow(product& supplier, std::vector<product*>& path, installation_order& order,
+            std::size_t& count, const ring_listener& listener) {
   if (count >= MOST_PLACEMENTS) return;
   const auto earlier = std::find(path.begin(), path.end() - 1, &supplier);
   if (earlier != path.end() - 1) {
@@ -45,25 +45,26 @@ void diagnose_ring(std::span<product* const>) {
 }
 
 void order_entry(product& record, std::vector<product*>& path, installation_order& order,
-                 int& count, const ring_listener& listener) {
+                 std::size_t& count, const ring_listener& listener) {
   path.push_back(&record);
   for (const need& dependency : needs_of(record)) {
     if (comes_first(dependency)) follow(*dependency.supplier, path, order, count, listener);
   }
   path.pop_back();
-  if (count < TABLE_SIZE) order[static_cast<std::size_t>(count)] = &record;
+  if (count < order.size()) order[count] = &record;
   ++count;
 }
 
-int get_inst_order(product_table& table, installation_order& order, const ring_listener& listener) {
+std::size_t get_inst_order(product_table& table, installation_order& order,
+                           const ring_listener& listener) {
   order.fill(nullptr);
   std::vector<product*> path;
-  int count = 0;
+  std::size_t count = 0;
   for (product& record : table) {
     if (!is_ordered(record) || is_placed(record, order)) continue;
     order_entry(record, path, order, count, listener);
   }
-  return std::min(count, TABLE_SIZE);
+  return std::min(count, order.size());
 }
 
 }  // namespace morvane

@@ -3,6 +3,7 @@
 #define MORVANE_DEPEND_ORDER_H
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <span>
 #include <vector>
@@ -25,14 +26,14 @@ void diagnose_ring(std::span<product* const> ring);
 // Fills `order` with the products of `table` that this run configures, each after the products it
 // depends on. A ring of dependencies is handed to `listener` as it is met, and broken. Returns the
 // number of products placed; where they are more than `order` holds, the surplus is left out.
-int get_inst_order(product_table& table, installation_order& order,
-                   const ring_listener& listener = diagnose_ring);
+std::size_t get_inst_order(product_table& table, installation_order& order,
+                           const ring_listener& listener = diagnose_ring);
 
 // Places everything that `record` depends on, and then `record` itself, in `order`, which holds the
 // first of the `count` products placed so far; what it has no room for is only counted. `path` is
 // the chain of products from the starting one down to the one before `record`.
 void order_entry(product& record, std::vector<product*>& path, installation_order& order,
-                 int& count, const ring_listener& listener = diagnose_ring);
+                 std::size_t& count, const ring_listener& listener = diagnose_ring);
 
 }  // namespace morvane
 

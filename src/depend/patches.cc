@@ -37,8 +37,7 @@ std::optional<match_level> rank(const product& record, const product& candidate,
 // Returns the best matching slot that is good enough by itself or accepted by the operator, or
 // null.
 product* find_supplier(const product& record, product_table& table, const match_levels& levels) {
-  for (int level = 0; level <= static_cast<int>(LAST_MATCH_LEVEL); ++level) {
-    const auto wanted = static_cast<match_level>(level);
+  for (const match_level wanted : MATCH_LEVELS) {
     const bool silent = wanted <= match_level::NAME_AND_KIND;
     for (std::size_t slot = 0; slot < table.size(); ++slot) {
       if (levels[slot] != wanted) continue;
@@ -96,13 +95,13 @@ void get_patch_depend(product_table& table, product* record, bool ask) {
 }
 
 void export_path_to_patch_depend(const product& record) {
-  if (!on_host_after_run(record) || record.path_valid == path_state::UNSETTLED) return;
+  if (!on_host_after_run(record) || record.settled.path == path_state::UNSETTLED) return;
   for (const auto& [level, supplier] : record.needed_patches) {
     if (level < 0 || supplier == nullptr) continue;
     const bool in_this_run = on_host_after_run(*supplier) && !already_installed(*supplier);
-    if (!in_this_run || supplier->path_valid != path_state::UNSETTLED) continue;
+    if (!in_this_run || supplier->settled.path != path_state::UNSETTLED) continue;
     supplier->path = record.path;
-    supplier->path_valid = record.path_valid;
+    supplier->settled.path = record.settled.path;
   }
 }
 

@@ -19,7 +19,10 @@ enum class match_level {
   NAME,
 };
 
-inline constexpr match_level LAST_MATCH_LEVEL = match_level::NAME;
+// All of them, in their order.
+inline constexpr std::array MATCH_LEVELS = {match_level::NAMES_AND_KIND, match_level::NAME_AND_KIND,
+                                            match_level::NAMES,          match_level::KIND,
+                                            match_level::IDENTIFIER,     match_level::NAME};
 
 // One entry a slot of the product table; nothing where the slot does not match at all.
 using match_levels = std::array<std::optional<match_level>, TABLE_SIZE>;

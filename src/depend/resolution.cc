@@ -1,5 +1,7 @@
 #include "depend/resolution.h"
 
+#include <span>
+
 #include "catalogue/rescan.h"
 #include "console/printer.h"
 #include "depend/category_resolution.h"
@@ -45,10 +47,8 @@ void get_product_depend(product& record, product_table& table) {
   get_patch_depend(table, &record, true);
 }
 
-void undo_get_product_depend(product& record, product_table& table, int first_free) {
-  for (std::size_t slot = static_cast<std::size_t>(first_free); slot < table.size(); ++slot) {
-    table[slot].install = product_state::FREE;
-  }
+void undo_get_product_depend(product& record, product_table& table, std::size_t first_free) {
+  for (product& found : std::span(table).subspan(first_free)) found.install = product_state::FREE;
   for (const auto& target : record.target_dep) {
     if (target == nullptr) continue;
     target->install = target_state::NOT_WANTED;

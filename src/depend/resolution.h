@@ -2,6 +2,8 @@
 #ifndef MORVANE_DEPEND_RESOLUTION_H
 #define MORVANE_DEPEND_RESOLUTION_H
 
+#include <cstddef>
+
 #include "catalogue/product.h"
 
 namespace morvane {
@@ -15,7 +17,7 @@ void get_product_depend(product& record, product_table& table);
 
 // Takes back what `get_product_depend` did for `record`: frees the slots of `table` from
 // `first_free` on, and makes its targets undecided and its dependencies unsettled.
-void undo_get_product_depend(product& record, product_table& table, int first_free);
+void undo_get_product_depend(product& record, product_table& table, std::size_t first_free);
 
 }  // namespace morvane
 

@@ -49,7 +49,7 @@ bool load_archives(product_table& table) {
 
 void load_installed_products(product_table& table) {
   const std::string_view directory = r[INSTALLED_PRODUCTS_DIRECTORY];
-  auto slot = static_cast<std::size_t>(get_next_free_product(table));
+  std::size_t slot = get_next_free_product(table);
   for (const std::string& identifier : listed(descriptions_in(directory))) {
     if (slot == table.size()) {
       report_full_table();

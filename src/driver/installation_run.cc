@@ -50,18 +50,12 @@ bool wants_to_change(const product& record) {
 // Settles the settings of `record`, as often as the operator wants to change them. What was settled
 // before stays settled.
 void configure_product(product& record, product_table& table) {
-  const path_state path_valid = record.path_valid;
-  const bool owner_valid = record.owner_valid;
-  const bool group_valid = record.group_valid;
-  const bool other_access_valid = record.other_access_valid;
-  const int first_free = get_next_free_product(table);
+  const settled_settings settled_before = record.settled;
+  const std::size_t first_free = get_next_free_product(table);
 
   ask_for_settings(record, table);
   while (wants_to_change(record)) {
-    record.path_valid = path_valid;
-    record.owner_valid = owner_valid;
-    record.group_valid = group_valid;
-    record.other_access_valid = other_access_valid;
+    record.settled = settled_before;
     undo_get_product_depend(record, table, first_free);
     print(fill("\n%s\n", {r[SETTINGS_ASKED_AGAIN]}));
     ask_for_settings(record, table);

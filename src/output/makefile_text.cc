@@ -21,7 +21,7 @@ std::vector<std::string> named_targets(const product& record) {
 }
 
 bool is_closed(const product& record) {
-  return record.other_access == 0;
+  return !record.other_access;
 }
 
 places places_of(const product_facts& facts) {

@@ -17,7 +17,7 @@ std::string product_lines(const product& record) {
   lines += fill("PRODUCT_PATH = %s\n", {record.path});
   lines += fill("PRODUCT_OWNER = %s\n", {record.owner});
   lines += fill("PRODUCT_GROUP = %s\n", {record.group});
-  lines += fill("PRODUCT_ACCESS = %d\n", {record.other_access});
+  lines += fill("PRODUCT_ACCESS = %d\n", {int{record.other_access}});
   lines += fill("PRODUCT_VERSION = %s\n", {version_numbers(record.release)});
   return lines;
 }

@@ -34,12 +34,12 @@ constexpr ownership_question GROUP = {
     [](std::string_view name) { return check_chown_rights(std::nullopt, name); }};
 
 // Returns the first product of `table` in the directory of `record` whose owner or group, as
-// `valid` tells, is settled, or null.
+// `settled` tells, is settled, or null.
 const product* find_neighbour(const product& record, const product_table& table,
-                              bool product::*valid) {
+                              bool settled_settings::*settled) {
   const auto found = std::find_if(table.begin(), table.end(), [&](const product& other) {
-    return on_host_after_run(other) && other.path_valid != path_state::UNSETTLED &&
-           other.path == record.path && other.*valid;
+    return on_host_after_run(other) && other.settled.path != path_state::UNSETTLED &&
+           other.path == record.path && other.settled.*settled;
   });
   return found == table.end() ? nullptr : &*found;
 }
@@ -87,29 +87,29 @@ std::string ask_for_name(const ownership_question& about, const product& record,
 }  // namespace
 
 void get_product_owner(product* record, const product_table& table) {
-  if (refuse_invalid_product(record, "get_product_owner") || record->owner_valid) return;
-  const product* neighbour = find_neighbour(*record, table, &product::owner_valid);
+  if (refuse_invalid_product(record, "get_product_owner") || record->settled.owner) return;
+  const product* neighbour = find_neighbour(*record, table, &settled_settings::owner);
   if (neighbour != nullptr) record->owner = neighbour->owner;
   print("\n");
   print_info(record->owner_info);
   record->owner = ask_for_name(OWNER, *record, record->owner);
-  record->owner_valid = true;
+  record->settled.owner = true;
   const std::optional<user> owner = find_user(record->owner);
   if (owner) record->homedir = owner->home;
 }
 
 void get_product_group(product* record, const product_table& table) {
-  if (refuse_invalid_product(record, "get_product_group") || record->group_valid) return;
-  const product* neighbour = find_neighbour(*record, table, &product::group_valid);
+  if (refuse_invalid_product(record, "get_product_group") || record->settled.group) return;
+  const product* neighbour = find_neighbour(*record, table, &settled_settings::group);
   if (neighbour != nullptr) record->group = neighbour->group;
   print("\n");
   print_info(record->group_info);
   record->group = ask_for_name(GROUP, *record, record->group);
-  record->group_valid = true;
+  record->settled.group = true;
 }
 
 void get_product_access(product* record) {
-  if (refuse_invalid_product(record, "get_product_access") || record->other_access_valid) return;
+  if (refuse_invalid_product(record, "get_product_access") || record->settled.access) return;
   if (record->other_access_info) {
     print("\n");
     print_with_cr(*record->other_access_info, screen_width());
@@ -117,8 +117,8 @@ void get_product_access(product* record) {
   const question asked = {.number = ACCESS_QUESTION.number,
                           .text = fill(ACCESS_QUESTION, short_product_name(*record)),
                           .product = record};
-  record->other_access = choose_y_or_n(asked) ? 1 : 0;
-  record->other_access_valid = true;
+  record->other_access = choose_y_or_n(asked);
+  record->settled.access = true;
 }
 
 std::string_view short_product_name(const product& record) {

@@ -94,7 +94,7 @@ const product* find_companion(const product& record) {
   for (const auto& [level, supplier] : record.needed_patches) {
     if (level < 0) break;
     const bool settled = supplier != nullptr && on_host_after_run(*supplier) &&
-                         supplier->path_valid != path_state::UNSETTLED;
+                         supplier->settled.path != path_state::UNSETTLED;
     if (settled) return supplier;
   }
   return nullptr;
@@ -127,10 +127,10 @@ chosen_path get_valid_path(const question& about, const path_demands& demands) {
 
 void get_product_path(product* record) {
   if (refuse_invalid_product(record, "get_product_path")) return;
-  if (record->path_valid != path_state::UNSETTLED) return;
+  if (record->settled.path != path_state::UNSETTLED) return;
   if (const product* companion = find_companion(*record)) {
     record->path = companion->path;
-    record->path_valid = path_state::CHOSEN;
+    record->settled.path = path_state::CHOSEN;
     return;
   }
   print("\n");
@@ -149,7 +149,7 @@ void get_product_path(product* record) {
                           .proposal = record->path};
   record->path =
       get_valid_path(asked, {.offer_to_create = true, .writable = true, .insist = true}).path;
-  record->path_valid = path_state::CHOSEN;
+  record->settled.path = path_state::CHOSEN;
 }
 
 }  // namespace morvane

@@ -1,6 +1,7 @@
 #include "settings/selection.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -56,14 +57,15 @@ bool print_offer(const product_table& table) {
   print(fill("\n%s\n\n", {r[PRODUCT_LIST_HEADING]}));
   print("no. : state  product                                        version  patch\n");
   bool offered = false;
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const product& record = table[i];
+  int number = 0;
+  for (const product& record : table) {
+    ++number;
     const bool available = record.install == product_state::AVAILABLE;
     if (record.id.empty() || (!available && record.install != product_state::INSTALLED)) continue;
     offered = true;
-    print_list_line(fill(available ? "%3d :   *    %s" : "%3d :   +    %s",
-                         {static_cast<int>(i) + 1, product_name(record)}),
-                    record);
+    print_list_line(
+        fill(available ? "%3d :   *    %s" : "%3d :   +    %s", {number, product_name(record)}),
+        record);
   }
   return offered;
 }
@@ -71,18 +73,19 @@ bool print_offer(const product_table& table) {
 void print_selection(const product_table& table) {
   print(fill("\n%s\n\n", {r[SELECTION_HEADING]}));
   print("no. :  product                                              version  patch\n");
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const product& record = table[i];
+  int number = 0;
+  for (const product& record : table) {
+    ++number;
     if (record.id.empty() || !is_selected(record)) continue;
-    print_list_line(fill("%3d :  %s", {static_cast<int>(i) + 1, product_name(record)}), record);
+    print_list_line(fill("%3d :  %s", {number, product_name(record)}), record);
   }
 }
 
 // Returns the record with that number as the operator counts, or null, and a warning on standard
 // error, where there is none.
 product* find_product(product_table& table, int number) {
-  const bool in_range = number >= 1 && number <= TABLE_SIZE;
-  product* record = in_range ? &table[static_cast<std::size_t>(number - 1)] : nullptr;
+  const bool in_range = number >= 1 && number <= std::ssize(table);
+  product* record = in_range ? table.data() + (number - 1) : nullptr;
   if (record != nullptr && !is_free(*record)) return record;
   diagnose_warning(fill("product number '%d' out of range.", {number}));
   return nullptr;

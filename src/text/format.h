@@ -25,6 +25,8 @@ class argument {
   template <std::size_t N>
   argument(const text<N>& field) : text_(field.view()) {}
   argument(std::same_as<int> auto number) : number_(std::to_string(number)), text_(number_) {}
+  argument(std::same_as<std::size_t> auto number)
+      : number_(std::to_string(number)), text_(number_) {}
   argument(const argument&) = delete;
   argument& operator=(const argument&) = delete;
 

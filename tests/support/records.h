@@ -22,7 +22,7 @@ namespace morvane {
 
 // Puts a product into the first free slot of `table`.
 inline product& add_product(product_table& table, std::string_view id, product_state state) {
-  product& record = table.at(static_cast<std::size_t>(get_next_free_product(table)));
+  product& record = table.at(get_next_free_product(table));
   init_product(record);
   record.install = state;
   record.id = id;
@@ -60,7 +60,7 @@ inline type_dep& add_type(category_dep& category, std::string_view type,
   type_dep& alternative = add_to(category.type_dep);
   alternative.type = type;
   alternative.release = minimum;
-  if (category.type_num < 0) category.type_num = 0;
+  if (!category.type_num) category.type_num = 0;
   return alternative;
 }
 

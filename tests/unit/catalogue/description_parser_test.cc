@@ -408,15 +408,15 @@ TEST_F(Description, AnEleventhCategoryIsReadAndDropped) {
 }
 
 TEST_F(Description, AnEleventhTypeIsReported) {
-  EXPECT_EQ(category(read(CATEGORY).record).type_num, -1);
-  EXPECT_EQ(category(read(TYPE).record).type_num, 0);
+  EXPECT_EQ(category(read(CATEGORY).record).type_num, std::nullopt);
+  EXPECT_EQ(category(read(TYPE).record).type_num, 0U);
   const std::string ten = CATEGORY + repeat(10, "NeedsType = y\n");
   EXPECT_EQ(read(ten).errors, "");
   const reading eleven = read(ten + "NeedsType = z\nNeedsPatch = 3\n");
   EXPECT_EQ(eleven.errors, misplaced("NeedsType"));
   EXPECT_EQ(type(eleven.record, 9).type, "y");
   EXPECT_EQ(type(eleven.record, 9).release.patch, 3);
-  EXPECT_EQ(category(eleven.record).type_num, 0);
+  EXPECT_EQ(category(eleven.record).type_num, 0U);
 }
 
 TEST_F(Description, EntriesAndCommentsAreHandedOverWithTheirPlaces) {

@@ -37,10 +37,10 @@ product filled_product() {
   record.abstract = record.hardware = "text";
   for (auto& target : record.target_dep) target = std::make_unique<target_dep>();
   record.needed_patches.fill({7, &supplier});
-  record.path_valid = path_state::SCANNED;
+  record.settled.path = path_state::SCANNED;
   record.path = record.path_env_var = "text";
   record.path_info = "text";
-  record.owner_valid = record.group_valid = record.other_access_valid = true;
+  record.settled.owner = record.settled.group = record.settled.access = true;
   record.owner = record.homedir = record.group = "text";
   record.owner_info = record.group_info = record.other_access_info = "text";
   record.fix_owner.fill("text");
@@ -58,16 +58,16 @@ TEST(ProductTable, StartsWithFreeSlots) {
 
 TEST(ProductTable, GivesItsLowestFreeSlot) {
   const auto table = std::make_unique<product_table>();
-  EXPECT_EQ(get_next_free_product(*table), 0);
-  for (int slot = 0; slot < 50; ++slot) {
+  EXPECT_EQ(get_next_free_product(*table), 0U);
+  for (std::size_t slot = 0; slot < 50; ++slot) {
     EXPECT_EQ(get_next_free_product(*table), slot);
     init_product((*table)[static_cast<std::size_t>(slot)]);
   }
-  EXPECT_EQ(get_next_free_product(*table), 50);
+  EXPECT_EQ(get_next_free_product(*table), 50U);
   (*table)[49].install = product_state::FREE;
-  EXPECT_EQ(get_next_free_product(*table), 49);
+  EXPECT_EQ(get_next_free_product(*table), 49U);
   (*table)[3].install = product_state::FREE;
-  EXPECT_EQ(get_next_free_product(*table), 3);
+  EXPECT_EQ(get_next_free_product(*table), 3U);
 }
 
 TEST(Product, IsPutIntoItsInitialState) {
@@ -82,7 +82,7 @@ TEST(Product, IsPutIntoItsInitialState) {
     EXPECT_EQ(field, "");
   }
   EXPECT_EQ(record.release, (release{0, 0, 0, 0}));
-  EXPECT_EQ(record.path_valid, path_state::UNSETTLED);
+  EXPECT_EQ(record.settled.path, path_state::UNSETTLED);
   for (const long_text* field :
        {&record.abstract, &record.hardware, &record.path_info, &record.owner_info,
         &record.group_info, &record.other_access_info, &record.needed_tools}) {
@@ -95,9 +95,9 @@ TEST(Product, IsPutIntoItsInitialState) {
   }
   for (const name_text& name : record.fix_owner) EXPECT_TRUE(name.empty());
   for (const name_text& name : record.fix_group) EXPECT_TRUE(name.empty());
-  EXPECT_FALSE(record.owner_valid);
-  EXPECT_FALSE(record.group_valid);
-  EXPECT_FALSE(record.other_access_valid);
+  EXPECT_FALSE(record.settled.owner);
+  EXPECT_FALSE(record.settled.group);
+  EXPECT_FALSE(record.settled.access);
   EXPECT_EQ(record.other_access, 1);
 }
 
@@ -191,7 +191,7 @@ TEST(Dependency, StartsUnsettled) {
   EXPECT_FALSE(target.ask || target.re_ask || target.fix_owner || target.fix_group);
   const category_dep category;
   EXPECT_EQ(category.product, nullptr);
-  EXPECT_EQ(category.type_num, -1);
+  EXPECT_EQ(category.type_num, std::nullopt);
   EXPECT_TRUE(category.text.empty());
   const type_dep type;
   EXPECT_EQ(type.release, (release{0, 0, 0, 0}));

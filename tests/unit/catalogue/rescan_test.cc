@@ -42,7 +42,7 @@ class Rescan : public testing::Test {
   }
 
   // Returns the number of the first free slot.
-  int used() const { return get_next_free_product(table); }
+  std::size_t used() const { return get_next_free_product(table); }
 
   const scratch_directory here;
   const std::unique_ptr<product_table> table_owner = std::make_unique<product_table>();
@@ -56,7 +56,7 @@ TEST_F(Rescan, AddsTheDescribedProductsBehindTheUsedSlots) {
   use_slots(2);
   EXPECT_EQ(scan(), "2 3");
   EXPECT_EQ(errors, "");
-  EXPECT_EQ(used(), 5);
+  EXPECT_EQ(used(), 5U);
   for (std::size_t i = 0; i < 3; ++i) {
     const product& record = table[2 + i];
     const std::string identifier = "p" + std::to_string(i + 1);
@@ -65,7 +65,7 @@ TEST_F(Rescan, AddsTheDescribedProductsBehindTheUsedSlots) {
     EXPECT_EQ(record.install, product_state::INSTALLED);
     EXPECT_EQ(record.descr_avail, 2);
     EXPECT_EQ(record.path, "opt");
-    EXPECT_EQ(record.path_valid, path_state::SCANNED);
+    EXPECT_EQ(record.settled.path, path_state::SCANNED);
   }
 }
 
@@ -85,7 +85,7 @@ TEST_F(Rescan, OfTheSamePathAddsNothing) {
   install(2);
   EXPECT_EQ(scan(), "0 2");
   EXPECT_EQ(scan(), "2 0");
-  EXPECT_EQ(used(), 2);
+  EXPECT_EQ(used(), 2U);
   EXPECT_EQ(scan("./opt"), "2 2");
 }
 
@@ -93,28 +93,28 @@ TEST_F(Rescan, OfAPathChosenInThisRunAddsItsProductsOnce) {
   install(2);
   use_slots(1);
   table[0].path = "opt";
-  table[0].path_valid = path_state::CHOSEN;
+  table[0].settled.path = path_state::CHOSEN;
   EXPECT_EQ(scan(), "1 2");
-  EXPECT_EQ(table[0].path_valid, path_state::SCANNED);
+  EXPECT_EQ(table[0].settled.path, path_state::SCANNED);
   EXPECT_EQ(scan(), "3 0");
 }
 
 TEST_F(Rescan, MarksEveryRecordWithThatPathButNoOther) {
   use_slots(5);
   for (const std::size_t slot : {0U, 1U, 2U}) table[slot].path = "opt";
-  table[0].path_valid = path_state::CHOSEN;
-  table[1].path_valid = path_state::SCANNED;
-  table[2].path_valid = path_state::UNSETTLED;
+  table[0].settled.path = path_state::CHOSEN;
+  table[1].settled.path = path_state::SCANNED;
+  table[2].settled.path = path_state::UNSETTLED;
   table[3].path = "optional";
-  table[3].path_valid = path_state::CHOSEN;
+  table[3].settled.path = path_state::CHOSEN;
   table[4].path = "opt";
-  table[4].path_valid = path_state::CHOSEN;
+  table[4].settled.path = path_state::CHOSEN;
   install(1);
   EXPECT_EQ(scan(), "5 0");
-  EXPECT_EQ(table[0].path_valid, path_state::SCANNED);
-  EXPECT_EQ(table[2].path_valid, path_state::UNSETTLED);
-  EXPECT_EQ(table[3].path_valid, path_state::CHOSEN);
-  EXPECT_EQ(table[4].path_valid, path_state::SCANNED);
+  EXPECT_EQ(table[0].settled.path, path_state::SCANNED);
+  EXPECT_EQ(table[2].settled.path, path_state::UNSETTLED);
+  EXPECT_EQ(table[3].settled.path, path_state::CHOSEN);
+  EXPECT_EQ(table[4].settled.path, path_state::SCANNED);
 }
 
 TEST_F(Rescan, AProposedPathIsNoMark) {
@@ -122,7 +122,7 @@ TEST_F(Rescan, AProposedPathIsNoMark) {
   use_slots(1);
   table[0].path = "opt";
   EXPECT_EQ(scan(), "1 1");
-  EXPECT_EQ(table[0].path_valid, path_state::UNSETTLED);
+  EXPECT_EQ(table[0].settled.path, path_state::UNSETTLED);
 }
 
 TEST_F(Rescan, LooksNoFurtherThanTheFirstFreeSlot) {
@@ -130,7 +130,7 @@ TEST_F(Rescan, LooksNoFurtherThanTheFirstFreeSlot) {
   use_slots(3);
   table[1].install = product_state::FREE;
   table[2].path = "opt";
-  table[2].path_valid = path_state::SCANNED;
+  table[2].settled.path = path_state::SCANNED;
   EXPECT_EQ(scan(), "1 1");
   EXPECT_EQ(table[1].id, "p1");
 }
@@ -141,7 +141,7 @@ TEST_F(Rescan, OfAMissingOrEmptyDirectoryAddsNothing) {
   std::filesystem::create_directories("opt/install");
   EXPECT_EQ(scan(), "1 0");
   EXPECT_EQ(errors, "");
-  EXPECT_EQ(used(), 1);
+  EXPECT_EQ(used(), 1U);
 }
 
 TEST_F(Rescan, FillsTheTableAndReportsTheSurplus) {
@@ -184,7 +184,7 @@ TEST_F(Rescan, AnInstalledProductWithoutItsDescriptionIsStillOne) {
   EXPECT_EQ(table[0].install, product_state::INSTALLED);
   EXPECT_EQ(table[0].descr_avail, NO_DESCRIPTION);
   EXPECT_EQ(table[0].id, "gone");
-  EXPECT_EQ(table[0].path_valid, path_state::SCANNED);
+  EXPECT_EQ(table[0].settled.path, path_state::SCANNED);
 }
 
 }  // namespace

@@ -243,7 +243,7 @@ TEST(NamedDirectory, ReadBeforeIsNotReadAgainAndARecordIsAdded) {
   dependency d;
   product& known = d.add_candidate("a", product_state::INSTALLED, {2, 0, 0, 0});
   known.path = db.path();
-  known.path_valid = path_state::SCANNED;
+  known.settled.path = path_state::SCANNED;
   const outcome seen = d.resolve("n\n" + db.line() + "y\n");
   EXPECT_EQ(seen.out, ANNOUNCEMENT + offer("a", db.path(), "sql", "2.0") + WHERE +
                           offer("a database", db.path(), "sql", "2.0") + "\n");

@@ -33,7 +33,7 @@ outcome order_of(product_table& table) {
   return in_child("", [&] {
     installation_order order;
     order.fill(&table[49]);
-    const auto count = static_cast<std::size_t>(get_inst_order(table, order));
+    const std::size_t count = get_inst_order(table, order);
     std::string text;
     for (std::size_t i = 0; i < order.size(); ++i) {
       if (i < count) text += (i == 0 ? "" : " ") + std::string(order[i]->id);
@@ -192,9 +192,9 @@ TEST(Order, ALaterWantedSelfIsFoundOnItsPath) {
 }
 
 TEST(Order, HoldsFiftyProductsAndDropsTheSurplus) {
-  for (const int selves : {0, 1, 50}) {
+  for (const std::size_t selves : {0U, 1U, 50U}) {
     product_table table;
-    for (int i = 0; i < TABLE_SIZE; ++i) {
+    for (std::size_t i = 0; i < table.size(); ++i) {
       product& record = add_product(table, "p" + std::to_string(i), product_state::CONFIGURED);
       if (i < selves) depend(record, record);
     }
@@ -207,7 +207,7 @@ TEST(Order, HoldsFiftyProductsAndDropsTheSurplus) {
 
 // Returns a table whose first half fills the order, as its products need themselves.
 void fill_with_selves(product_table& table) {
-  for (int i = 0; i < TABLE_SIZE; ++i) {
+  for (std::size_t i = 0; i < TABLE_SIZE; ++i) {
     product& record = add_product(table, "p" + std::to_string(i), product_state::CONFIGURED);
     if (i < TABLE_SIZE / 2) depend(record, record);
   }
@@ -244,7 +244,7 @@ TEST(Order, EndsWhereEverythingWithoutAPlaceNeedsEverythingElse) {
 
 TEST(Order, AChainOfFiftyProductsFits) {
   product_table table;
-  for (int i = 0; i < TABLE_SIZE; ++i) {
+  for (std::size_t i = 0; i < TABLE_SIZE; ++i) {
     add_product(table, "p" + std::to_string(i), product_state::CONFIGURED);
   }
   for (std::size_t i = 0; i + 1 < table.size(); ++i) depend(table[i], table[i + 1]);
@@ -260,10 +260,10 @@ TEST(Order, AnEntryIsPlacedBehindItsSuppliers) {
   depend(three.x, three.y);
   std::vector<product*> path;
   installation_order order = {&three.z};
-  int count = 1;
+  std::size_t count = 1;
   order_entry(three.x, path, order, count);
   EXPECT_EQ(order, (installation_order{&three.z, &three.y, &three.x}));
-  EXPECT_EQ(count, 3);
+  EXPECT_EQ(count, 3U);
   EXPECT_TRUE(path.empty());
 }
 

@@ -283,12 +283,12 @@ TEST(PathExport, GivesThePathToSuppliersOfThisRunThatHaveNone) {
   for (const auto& [state, path_valid, exported] : cases) {
     patched_table products;
     product& supplier = add_app(products.table, 0, state);
-    supplier.path_valid = path_valid;
-    products.patch.path_valid = path_state::SCANNED;
+    supplier.settled.path = path_valid;
+    products.patch.settled.path = path_state::SCANNED;
     products.patch.needed_patches[0].supplier = &supplier;
     export_path_to_patch_depend(products.patch);
     EXPECT_EQ(supplier.path, exported ? "/opt/app" : "") << shown(state);
-    EXPECT_EQ(supplier.path_valid, exported ? path_state::SCANNED : path_valid);
+    EXPECT_EQ(supplier.settled.path, exported ? path_state::SCANNED : path_valid);
   }
 }
 
@@ -296,7 +296,7 @@ TEST(PathExport, WalksAllIndicesWithANeededPatch) {
   patched_table products;
   product& last = add_app(products.table, 0, product_state::SELECTED);
   product& not_needed = add_app(products.table, 0, product_state::SELECTED);
-  products.patch.path_valid = path_state::CHOSEN;
+  products.patch.settled.path = path_state::CHOSEN;
   products.patch.needed_patches[19] = {0, &last};
   products.patch.needed_patches[5] = {-1, &not_needed};
   export_path_to_patch_depend(products.patch);
@@ -309,7 +309,7 @@ TEST(PathExport, NeedsASettledProduct) {
   product& supplier = add_app(products.table, 0, product_state::SELECTED);
   products.patch.needed_patches[0].supplier = &supplier;
   export_path_to_patch_depend(products.patch);
-  products.patch.path_valid = path_state::CHOSEN;
+  products.patch.settled.path = path_state::CHOSEN;
   products.patch.install = product_state::AVAILABLE;
   export_path_to_patch_depend(products.patch);
   EXPECT_EQ(supplier.path, "");

@@ -142,7 +142,7 @@ TEST(ProductDependencies, AGivenUpPatchStillReadsTheProductsOfItsDirectory) {
   app_table products;
   products.app.install = product_state::AVAILABLE;
   products.app.path = directory.path() + "/opt";
-  products.app.path_valid = path_state::CHOSEN;
+  products.app.settled.path = path_state::CHOSEN;
   products.app.needed_patches[0].level = 0;
   const outcome seen = in_child("", [&] {
     get_product_depend(products.app, products.table);
@@ -178,7 +178,7 @@ TEST(ProductDependencies, APatchReadsTheProductsOfItsOwnDirectory) {
   app_table products;
   products.app.target_dep = {};
   products.app.path = directory.path() + "/opt";
-  products.app.path_valid = path_state::CHOSEN;
+  products.app.settled.path = path_state::CHOSEN;
   products.app.release = {1, 0, 0, 2};
   const auto settle = [&] {
     return in_child("", [&] {
@@ -224,7 +224,7 @@ TEST(Undo, TakesBackWhatWasDone) {
   EXPECT_EQ(products.table[49].install, product_state::FREE);
   EXPECT_EQ(products.summary(), "2: 1 1");
   EXPECT_EQ(needed.product, nullptr);
-  EXPECT_EQ(needed.type_num, 1);
+  EXPECT_EQ(needed.type_num, 1U);
   for (const needed_patch& patch : products.app.needed_patches) EXPECT_EQ(patch.supplier, nullptr);
 }
 
@@ -233,10 +233,10 @@ TEST(Undo, LeavesAFullTableAndScannedPathsAlone) {
   while (get_next_free_product(products.table) < TABLE_SIZE) {
     add_product(products.table, "p", product_state::INSTALLED);
   }
-  products.db.path_valid = path_state::SCANNED;
+  products.db.settled.path = path_state::SCANNED;
   undo_get_product_depend(products.app, products.table, TABLE_SIZE);
   EXPECT_EQ(products.table[49].install, product_state::INSTALLED);
-  EXPECT_EQ(products.db.path_valid, path_state::SCANNED);
+  EXPECT_EQ(products.db.settled.path, path_state::SCANNED);
 }
 
 }  // namespace

@@ -14,14 +14,14 @@ class app_table {
  public:
   app_table() {
     app().path = "/opt";
-    app().path_valid = path_state::CHOSEN;
+    app().settled.path = path_state::CHOSEN;
   }
   product& app() { return app_; }
   product& add_neighbour(product_state state = product_state::CONFIGURED) {
     product& neighbour = add_product(table, "neighbour", state);
     neighbour.path = "/opt";
-    neighbour.path_valid = path_state::CHOSEN;
-    neighbour.owner_valid = neighbour.group_valid = true;
+    neighbour.settled.path = path_state::CHOSEN;
+    neighbour.settled.owner = neighbour.settled.group = true;
     return neighbour;
   }
   product_table table;
@@ -35,7 +35,7 @@ outcome settle_owner(std::string_view typed, app_table& products) {
   use_test_messages();
   return in_child_as_ordinary_user(typed, [&] {
     get_product_owner(&products.app(), products.table);
-    if (!products.app().owner_valid) return std::string("not settled");
+    if (!products.app().settled.owner) return std::string("not settled");
     return products.app().owner.c_str() + std::string(" ") + products.app().homedir.c_str();
   });
 }
@@ -46,7 +46,7 @@ outcome settle_group(std::string_view typed, app_table& products) {
   open_to_everybody(".");
   return in_child_as_ordinary_user(typed, [&] {
     get_product_group(&products.app(), products.table);
-    if (!products.app().group_valid) return std::string("not settled");
+    if (!products.app().settled.group) return std::string("not settled");
     return std::string(products.app().group);
   });
 }
@@ -169,8 +169,8 @@ TEST(Owner, IsThatOfTheFirstSettledProductInTheSamePlace) {
   app_table products;
   products.add_neighbour(product_state::AVAILABLE).owner = "available";
   products.add_neighbour().path = "/opt/";
-  products.add_neighbour().path_valid = path_state::UNSETTLED;
-  products.add_neighbour().owner_valid = false;
+  products.add_neighbour().settled.path = path_state::UNSETTLED;
+  products.add_neighbour().settled.owner = false;
   products.add_neighbour(product_state::INSTALLED).owner = own_user();
   products.add_neighbour().owner = "root";
   products.app().owner = "rejected";
@@ -180,7 +180,7 @@ TEST(Owner, IsThatOfTheFirstSettledProductInTheSamePlace) {
 TEST(Ownership, OfAProductInAScannedPlaceIsTheDefaultToo) {
   app_table products;
   product& neighbour = products.add_neighbour(product_state::INSTALLED);
-  neighbour.path_valid = path_state::SCANNED;
+  neighbour.settled.path = path_state::SCANNED;
   neighbour.owner = own_user();
   neighbour.group = own_group();
   EXPECT_EQ(settle_owner("\n", products).out, "\n<30> 'app' (" + own_user() + ") : ");
@@ -191,8 +191,8 @@ TEST(Group, IsThatOfTheFirstSettledProductInTheSamePlace) {
   app_table products;
   products.add_neighbour(product_state::AVAILABLE).group = "available";
   products.add_neighbour().path = "/opt/";
-  products.add_neighbour().path_valid = path_state::UNSETTLED;
-  products.add_neighbour().group_valid = false;
+  products.add_neighbour().settled.path = path_state::UNSETTLED;
+  products.add_neighbour().settled.group = false;
   products.add_neighbour(product_state::INSTALLED).group = own_group();
   products.add_neighbour().group = "root";
   products.app().group = "rejected";
@@ -235,7 +235,7 @@ outcome settle_access(std::string_view typed, product& record) {
   use_test_messages();
   return in_child(typed, [&] {
     get_product_access(&record);
-    return std::to_string(record.other_access) + (record.other_access_valid ? " settled" : "");
+    return std::to_string(record.other_access) + (record.settled.access ? " settled" : "");
   });
 }
 
@@ -259,7 +259,7 @@ TEST(OtherAccess, IsExplained) {
 TEST(Ownership, WhatIsSettledIsNotAskedFor) {
   app_table products;
   product& app = products.app();
-  app.owner_valid = app.group_valid = app.other_access_valid = true;
+  app.settled.owner = app.settled.group = app.settled.access = true;
   app.owner = "gone";
   app.group = "gone";
   products.add_neighbour().owner = own_user();

@@ -283,7 +283,7 @@ outcome settle(std::string_view typed, product& record, const char* variable = n
   return in_child(typed, [&] {
     if (variable != nullptr) setenv("APP_PATH", variable, 1);
     get_product_path(&record);
-    return std::string(record.path) + " " + shown(record.path_valid);
+    return std::string(record.path) + " " + shown(record.settled.path);
   });
 }
 
@@ -351,7 +351,7 @@ TEST(ProductPath, ASettledOneIsNotAskedFor) {
   for (const path_state mark : {path_state::CHOSEN, path_state::SCANNED}) {
     product record = selected_product();
     record.path = "/opt";
-    record.path_valid = mark;
+    record.settled.path = mark;
     const outcome seen = settle("", record);
     EXPECT_EQ(seen.out, "");
     EXPECT_EQ(seen.result, "/opt " + shown(mark));
@@ -363,7 +363,7 @@ TEST(ProductPath, IsThatOfTheFirstSettledProductThatItPatches) {
   product absent, unsettled, settled;
   for (product* each : {&absent, &unsettled, &settled}) each->install = product_state::SELECTED;
   absent.install = product_state::AVAILABLE;
-  absent.path_valid = settled.path_valid = path_state::CHOSEN;
+  absent.settled.path = settled.settled.path = path_state::CHOSEN;
   settled.path = "/opt/base";
   record.needed_patches = {{{1, nullptr}, {1, &absent}, {1, &unsettled}, {1, &settled}}};
   const outcome seen = settle("", record);
@@ -374,7 +374,7 @@ TEST(ProductPath, IsThatOfTheFirstSettledProductThatItPatches) {
 TEST(ProductPath, IsAskedForWhereTheSupplierStandsBehindTheEndOfTheList) {
   product record = selected_product();
   product settled = selected_product();
-  settled.path_valid = path_state::CHOSEN;
+  settled.settled.path = path_state::CHOSEN;
   record.needed_patches[1] = {1, &settled};
   EXPECT_EQ(settle("q\n", record).out, APP_QUESTION + "<299>");
 }

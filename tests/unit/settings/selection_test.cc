@@ -203,7 +203,7 @@ TEST(Selection, KeepsTheFirst255BytesOfTheLine) {
 
 TEST(Selection, TheLastOfFiftyProductsCanBeChosen) {
   product_table table;
-  for (int i = 0; i < TABLE_SIZE; ++i) add_product(table, "p", product_state::CONFIGURED);
+  for (std::size_t i = 0; i < TABLE_SIZE; ++i) add_product(table, "p", product_state::CONFIGURED);
   table.back().install = product_state::AVAILABLE;
   EXPECT_TRUE(choose("50\ny\n", table).result.ends_with(" 3 2"));
   EXPECT_EQ(choose("51\ny\n", table).err, out_of_range("51"));
