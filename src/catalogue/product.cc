@@ -27,6 +27,16 @@ bool already_installed(const product& record) {
   return record.install >= product_state::ACCEPTED;
 }
 
+bool is_selected(const product& record) {
+  return record.install == product_state::SELECTED ||
+         record.install == product_state::SELECTED_FOR_RECONFIGURATION;
+}
+
+void unselect(product& record) {
+  record.install = record.install == product_state::SELECTED ? product_state::AVAILABLE
+                                                             : product_state::INSTALLED;
+}
+
 bool is_ordered(const product& record) {
   return record.install == product_state::CONFIGURED ||
          record.install == product_state::SELECTED_FOR_RECONFIGURATION;

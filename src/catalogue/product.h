@@ -152,6 +152,12 @@ bool on_host_after_run(const product& record);
 // Tells whether the product was on the host before this run.
 bool already_installed(const product& record);
 
+// Tells whether the operator has selected the product, to be installed or configured again.
+bool is_selected(const product& record);
+
+// Takes the selection of `record`, which is selected, back.
+void unselect(product& record);
+
 // Tells whether this run writes settings and makefile rules for the product.
 bool is_ordered(const product& record);
 

@@ -6,16 +6,12 @@
 #include "console/question.h"
 #include "depend/confirmation.h"
 #include "messages/table.h"
-#include "platform/diagnostic.h"
+#include "settings/refusal.h"
 #include "text/format.h"
 
 namespace morvane {
 
 namespace {
-
-void report_mismatch(std::string_view operation) {
-  diagnose_error(fill("product pointer mismatch in '%s'", {operation}));
-}
 
 // Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.
 std::optional<match_level> rank(const product& record, const product& candidate, int patch) {
@@ -69,21 +65,15 @@ bool leave_open(const product& record, int patch) {
 
 void gen_possible(const product* record, const product_table& table, int patch,
                   match_levels& levels) {
-  if (record == nullptr || is_free(*record)) {
-    report_mismatch("gen_possible");
-    return;
-  }
+  if (refuse_product_mismatch(record, "gen_possible")) return;
   for (std::size_t slot = 0; slot < table.size(); ++slot) {
     levels[slot] = rank(*record, table[slot], patch);
   }
 }
 
 void get_patch_depend(product_table& table, product* record, bool ask) {
-  if (record == nullptr) {
-    report_mismatch("get_patch_depend");
-    return;
-  }
-  if (!on_host_after_run(*record)) return;
+  if (record != nullptr && !on_host_after_run(*record)) return;
+  if (refuse_product_mismatch(record, "get_patch_depend")) return;
   for (auto& [level, supplier] : record->needed_patches) {
     if (level < 0 || supplier != nullptr) continue;
     match_levels levels;

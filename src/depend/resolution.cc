@@ -21,7 +21,7 @@ bool decide_target(product& record, target_dep& target) {
   } else if (record.install == product_state::SELECTED && !new_installation(record, target)) {
     print(fill("%s '%s' !\n\n%s ", {r[NO_RIGHTS_FOR_TARGET], target.target, r[PRODUCT_GIVEN_UP]}));
     print(fill("%s !\n\n", {record.name}));
-    record.install = product_state::AVAILABLE;
+    unselect(record);
     return false;
   }
   return true;

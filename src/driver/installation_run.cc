@@ -72,9 +72,7 @@ void settle_patches(product_table& table) {
 
 void configure_products(product_table& table) {
   for (product& record : table) {
-    const bool selected = record.install == product_state::SELECTED ||
-                          record.install == product_state::SELECTED_FOR_RECONFIGURATION;
-    if (selected) configure_product(record, table);
+    if (is_selected(record)) configure_product(record, table);
   }
 }
 

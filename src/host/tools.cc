@@ -92,10 +92,8 @@ void check_tools_needed(product_table& table) {
   known_tools known;
   check_standard_tools(known);
   for (product& record : table) {
-    const bool is_new = record.install == product_state::SELECTED;
-    if (!is_new && record.install != product_state::SELECTED_FOR_RECONFIGURATION) continue;
-    if (!misses_a_tool(record, known) || keep_without_tools(record)) continue;
-    record.install = is_new ? product_state::AVAILABLE : product_state::INSTALLED;
+    if (!is_selected(record) || !misses_a_tool(record, known)) continue;
+    if (!keep_without_tools(record)) unselect(record);
   }
 }
 

@@ -7,9 +7,23 @@
 
 namespace morvane {
 
+namespace {
+
+bool is_invalid(const product* record) {
+  return record == nullptr || is_free(*record);
+}
+
+}  // namespace
+
 bool refuse_invalid_product(const product* record, std::string_view operation) {
-  if (record != nullptr && !is_free(*record)) return false;
+  if (!is_invalid(record)) return false;
   diagnose(fill("%s : %s : error : invalid product\n", {PROGRAM_NAME, operation}));
+  return true;
+}
+
+bool refuse_product_mismatch(const product* record, std::string_view operation) {
+  if (!is_invalid(record)) return false;
+  diagnose_error(fill("product pointer mismatch in '%s'", {operation}));
   return true;
 }
 

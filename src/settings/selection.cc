@@ -39,16 +39,9 @@ void print_list_line(std::string cell, const product& record) {
   print("\n");
 }
 
-bool is_selected(const product& record) {
-  return record.install == product_state::SELECTED ||
-         record.install == product_state::SELECTED_FOR_RECONFIGURATION;
-}
-
 void undo_selection(product_table& table) {
   for (product& record : table) {
-    if (record.id.empty() || !is_selected(record)) continue;
-    record.install = record.install == product_state::SELECTED ? product_state::AVAILABLE
-                                                               : product_state::INSTALLED;
+    if (!record.id.empty() && is_selected(record)) unselect(record);
   }
 }
 

@@ -61,7 +61,7 @@ TEST(ProductTable, GivesItsLowestFreeSlot) {
   EXPECT_EQ(get_next_free_product(*table), 0U);
   for (std::size_t slot = 0; slot < 50; ++slot) {
     EXPECT_EQ(get_next_free_product(*table), slot);
-    init_product((*table)[static_cast<std::size_t>(slot)]);
+    init_product((*table)[slot]);
   }
   EXPECT_EQ(get_next_free_product(*table), 50U);
   (*table)[49].install = product_state::FREE;
@@ -127,6 +127,17 @@ TEST(Product, StatesMeanWhatTheirOrderSays) {
   EXPECT_EQ(states_in_which(on_host_after_run), "2 3 9 10 11 ");
   EXPECT_EQ(states_in_which(already_installed), "9 10 11 ");
   EXPECT_EQ(states_in_which(is_ordered), "3 11 ");
+  EXPECT_EQ(states_in_which(is_selected), "2 11 ");
+}
+
+TEST(Product, ASelectionTakenBackLeavesWhatWasThereBefore) {
+  product record;
+  record.install = product_state::SELECTED;
+  unselect(record);
+  EXPECT_EQ(record.install, product_state::AVAILABLE);
+  record.install = product_state::SELECTED_FOR_RECONFIGURATION;
+  unselect(record);
+  EXPECT_EQ(record.install, product_state::INSTALLED);
 }
 
 TEST(Product, IsShownByItsLongestName) {
