@@ -4,11 +4,10 @@
 // nothing, and the run itself are the same program.
 //
 // What looks at something that a deed of the same run can have made goes through it as well: else a
-// rehearsal would miss the directory that it was told to create. So above this room nobody asks
-// the shell or the system whether something is there. What no deed of a run changes is asked of the
-// host itself: its name, its users and groups, the tools on PATH, the current directory, what
-// messages and descriptions say, and the site's own commands, which only look. The scratch files of
-// such probes come and go.
+// rehearsal would miss the directory that it was told to create. What no deed of a run changes is
+// asked of the host itself: its name, its users and groups, the tools on PATH, the current
+// directory, what messages and descriptions say, and the site's own commands, which only look. The
+// scratch files of such probes come and go.
 #ifndef MORVANE_PLATFORM_EFFECTS_H
 #define MORVANE_PLATFORM_EFFECTS_H
 
