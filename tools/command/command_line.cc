@@ -85,6 +85,10 @@ std::variant<std::vector<std::string>, exit_status> parse_command_line(const com
   return std::vector<std::string>(arguments + optind, arguments + count);
 }
 
+std::string_view command_version() {
+  return MORVANE_VERSION;
+}
+
 void complain(const command& described, std::string_view text) {
   std::fprintf(stderr, "%s: %.*s\n", described.name.c_str(), static_cast<int>(text.size()),
                text.data());

@@ -35,6 +35,9 @@ struct command {
 std::variant<std::vector<std::string>, exit_status> parse_command_line(const command& described,
                                                                        int count, char** arguments);
 
+// Returns the version that all commands have.
+std::string_view command_version();
+
 // Reports on standard error, under the name of the command.
 void complain(const command& described, std::string_view text);
 

@@ -1,0 +1,288 @@
+// What morvane-lint looks for: one row a check.
+#ifndef MORVANE_LINT_CHECK_TABLE_H
+#define MORVANE_LINT_CHECK_TABLE_H
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "report/report.h"
+
+namespace morvane {
+
+// Identifier, severity, what is wrong, and what --explain adds: what comes of it and what to write
+// instead. The rows are in groups: reading, names, sense, archives, suppressions.
+inline constexpr auto CHECKS = std::to_array<report_rule>({
+    // Reading a description.
+    {"description-unreadable", severity::ERROR, "A description cannot be read.",
+     "The program leaves the product out of its list. A description is a plain file of at most one "
+     "mebibyte that everyone may read."},
+    {"keyword-unknown", severity::ERROR, "A line begins with a word that is no keyword.",
+     "The program reports it and skips the line, so that what it says is lost. Capitals count: "
+     "'name' is not 'Name'. The keywords are those of the message file, numbers 200 to 233."},
+    {"keyword-none", severity::ERROR, "A line begins with something else than a keyword.",
+     "The program reports an empty keyword and skips the line. An entry is a keyword, an equals "
+     "sign and a value on one line; a comment begins with '#'."},
+    {"keyword-misplaced", severity::ERROR, "An entry stands where nothing is open that it fits.",
+     "The program reports it and leaves it out. Target opens a part, NeedsCategory a needed "
+     "product of that part, NeedsType a type of that: each entry stands behind what it belongs "
+     "to."},
+    {"keyword-disabled", severity::ERROR, "FixedOwners or FixedGroups behind a DescriptionState.",
+     "With a DescriptionState other than 0 the program takes both for unknown keywords from there "
+     "on. Remove the DescriptionState, or the list."},
+    {"equals-missing", severity::ERROR, "A keyword without its equals sign.",
+     "The program takes the value for empty and reads the rest of the line as another entry. Write "
+     "KEYWORD = VALUE on one line."},
+    {"text-unquoted", severity::ERROR, "A value of several words without quotes.",
+     "The program takes the first word for the value and reads the rest of the line as another "
+     "entry. Put the whole value between double quotes; a comment begins with '#'."},
+    {"text-behind-quote", severity::WARNING, "Text behind the closing quote of a value.",
+     "The program ignores it. A value ends at its second quote and cannot hold one; use single "
+     "quotes within it. A comment begins with '#'."},
+    {"quote-missing", severity::ERROR, "The closing quote of a value is missing.",
+     "The program takes the rest of the line for the value, a comment there included. End the "
+     "value with a double quote on the same line."},
+    {"value-too-long", severity::ERROR, "A value is longer than the program reads.",
+     "A value has at most 1024 bytes, in quotes 1022 with what follows them. What is beyond is "
+     "cut, "
+     "and in quotes read as further entries. Write several entries where a text has several "
+     "lines."},
+    {"value-cut", severity::WARNING, "A value is longer than its field.",
+     "The program cuts it without a word: at 49 bytes for Name, Category, Type, users and groups, "
+     "at 79 for FullName, NeedsText and Target, at 127 for paths and PathVariable. Shorten it."},
+    {"value-empty", severity::WARNING, "A keyword without a value.",
+     "Target, NeedsCategory and NeedsType open nothing without a value; other entries set their "
+     "field to nothing, which is not always the same as no entry. Give a value, or remove the "
+     "line."},
+    {"list-too-long", severity::WARNING, "A list holds more than the program keeps.",
+     "What is beyond is left out without a word: 19 files, 19 patch levels, 10 users or groups. "
+     "Shorten the list."},
+    {"list-separator", severity::ERROR, "A list is separated by something else than blanks.",
+     "The program splits lists at blanks alone, so that 'a,b' is one word and of '0,1' only the "
+     "first level counts. Write \"a b\", without a blank before the first."},
+    {"list-repeated", severity::ERROR, "A list is given twice.",
+     "Lists do not add up: of NeededTools the last tool of the first list and the first of the "
+     "second become one word, of the others a shorter second list keeps the end of the first. "
+     "Write one list."},
+    {"entry-repeated", severity::WARNING, "An entry is given twice.",
+     "The later one counts. Remove one of them."},
+    {"comment-too-long", severity::ERROR, "A comment is longer than the program skips.",
+     "The program skips 255 bytes behind the '#' and reads the rest as entries. Break the comment "
+     "into lines."},
+    {"number-none", severity::ERROR, "A number is expected, and the value is none.",
+     "The program reads the digits at the start of the value and takes 0 where there are none: "
+     "'yes' is 0. Write digits alone."},
+    {"version-none", severity::ERROR, "A version is expected, and the value is none.",
+     "A version is up to three numbers with full stops between them. A piece without digits at its "
+     "start counts as 0: 'v2.1' is 0.1. Write digits and full stops alone."},
+    {"version-rest", severity::WARNING, "A part of a version is ignored.",
+     "Of each piece only the digits at its start count, and only three pieces: '2,10' is 2.0 and "
+     "'1.2.3.4' is 1.2.3. Products that differ in the rest are the same version to the program. "
+     "Patch gives a fourth number."},
+    {"parts-too-many", severity::ERROR, "A product has more than 12 parts.",
+     "The program keeps twelve: the thirteenth is left out without a word, and its entries are "
+     "reported. Join parts."},
+    {"needs-too-many", severity::ERROR, "A part has more than 10 needed products.",
+     "The program keeps ten: further ones are left out without a word, and their entries are "
+     "reported. Spread them over several parts."},
+    {"types-too-many", severity::ERROR, "A needed product has more than 10 types.",
+     "The program keeps ten: an eleventh is left out, and its entries are taken for the tenth."},
+    {"not-ascii", severity::WARNING, "A byte that is no ASCII.",
+     "The program counts the width of lines in bytes, so that lists and frames lose their shape, "
+     "and a terminal may show something else. Write ASCII."},
+    {"control-character", severity::ERROR, "A control character in a description.",
+     "A zero byte ends the value it stands in, others go to the operator's terminal as they are. "
+     "Remove it."},
+    {"byte-order-mark", severity::ERROR, "The file begins with a byte order mark.",
+     "The program takes it for the beginning of an entry, reports it and skips the first line. "
+     "Save the file without the mark."},
+
+    // Names that go into the makefile and the settings.
+    {"name-missing", severity::WARNING, "A product without a Name.",
+     "In the heading of a part nothing stands in for the name, and elsewhere the file's name does. "
+     "Give every product a Name."},
+    {"name-characters", severity::ERROR, "A name holds what make or the shell interprets.",
+     "Name, FullName and NeedsText are written into makefiles as they stand, so that they must not "
+     "hold '$', '#', '\\', a double quote or a backquote."},
+    {"identifier-characters", severity::ERROR,
+     "An identifier that the rules cannot be named after.",
+     "An identifier is made of letters, digits and _.+- and begins with a letter, a digit or _: it "
+     "names makefile rules, where nothing is quoted. Rename ID.tar and ID.descr."},
+    {"identifier-too-long", severity::ERROR, "An identifier has more than 49 bytes.",
+     "The program cuts it, and then finds neither the archive nor the description. Rename ID.tar "
+     "and ID.descr."},
+    {"identifier-reserved", severity::ERROR, "An identifier that is the name of a rule.",
+     "install.mk has rules 'install' and 'products' of its own, and further ones for each product, "
+     "such as ID-tar: a product of the same name would take their place. Rename ID.tar and "
+     "ID.descr."},
+    {"identifier-made", severity::ERROR, "An identifier that make knows how to make from another.",
+     "install.mk has rules without commands, for which make looks for commands of its own: with a "
+     "product 'a' and another one 'a.c' it compiles the one into the other. Rename one of them."},
+    {"category-characters", severity::WARNING, "A needed category that is no name of a variable.",
+     "NeedsCategory becomes the beginning of variables in the settings, such as SORTER_PATH. Use "
+     "letters, digits and underscores alone."},
+    {"category-reserved", severity::ERROR, "A needed category takes the product's own variables.",
+     "The settings of a product are PRODUCT_PATH and the like: a needed category PRODUCT replaces "
+     "them, so that the product's makefile works in the wrong place. Use another category."},
+    {"category-repeated", severity::WARNING, "Two parts of a product need the same category.",
+     "Both write the same variables into the settings, and the later ones count for both. Let one "
+     "part need it."},
+    {"part-characters", severity::ERROR, "A part's name holds what make or the shell interprets.",
+     "A part is a makefile target, named on make's command line without quotes. Use letters, "
+     "digits and _.+- and begin with a letter, a digit or _."},
+    {"part-reserved", severity::ERROR, "A part is named like a rule of the installation.",
+     "install.mk names the rule of a part ID-PART, and has rules such as ID-owner already: make "
+     "then mixes the two. Name the part otherwise, in install/Makefile too."},
+    {"part-repeated", severity::ERROR, "A product has two parts of the same name.",
+     "install.mk then has two rules of one name, of which make takes the later. A name stands "
+     "once."},
+    {"part-collision", severity::ERROR, "A part's rule has the name of a product's rule.",
+     "The rule of part x of product a is called a-x, which is also the rule of a product a-x, and "
+     "may be one of its steps. Rename the part or the product."},
+    {"path-refused", severity::ERROR, "A proposed path that the program refuses.",
+     "It is proposed all the same, and refused when the operator takes it. A path begins with '/' "
+     "or '~' and holds no blanks and none of ' \" \\ $ ; & | < > ( ) * ? [ ] { } ! # % : = ` ^."},
+    {"owner-refused", severity::ERROR, "A user or group whose name the program refuses.",
+     "It holds what make or the shell interprets, so that it can never be accepted. Name a user or "
+     "group of the host."},
+    {"variable-name", severity::WARNING, "PathVariable is no name of a variable.",
+     "A shell cannot set such a variable. Use letters, digits and underscores, without '$'."},
+
+    // What the descriptions of a distribution say together.
+    {"products-too-many", severity::ERROR, "More than 50 products.",
+     "The program's table holds 50: it leaves out the last ones, and has no room for products that "
+     "are installed. Split the distribution."},
+    {"archive-missing", severity::WARNING, "A description without an archive.",
+     "The program does not show the product. Add ID.tar beside ID.descr, or remove the "
+     "description."},
+    {"description-missing", severity::NOTE, "An archive without a description.",
+     "The product is listed by its identifier, with version 0.0; it has no parts and gets no "
+     "settings. If ID.descr is there, look at its spelling."},
+    {"version-missing", severity::NOTE, "A product without a version.",
+     "It has version 0.0, which is shown as unknown. Give it a Version."},
+    {"patch-of-itself", severity::ERROR, "A patch requires its own level.",
+     "RequiredPatches lists what must be there before: the program looks for the level, and finds "
+     "nothing but the patch itself. Leave it out of the list."},
+    {"patch-unmet", severity::WARNING, "A required patch level is not in the distribution.",
+     "The operator can only go on where it is installed already. The other level has the same "
+     "Name, FullName, Version, Category and Type, letter for letter, and the level as its Patch."},
+    {"patch-first", severity::WARNING, "A patch is listed before what it builds on.",
+     "Products are asked about in the order of their archives' names. A patch that comes first "
+     "is asked for the directory, which then is the original's. Name the archives in their order, "
+     "such as spindle-0.tar and spindle-1.tar."},
+    {"patch-path", severity::WARNING, "A patch proposes another path than what it builds on.",
+     "A patch is extracted over the product, in its directory. Give it the same Path."},
+    {"part-never-again", severity::NOTE, "A part that is never asked about again.",
+     "Without AskAgain and Ask a part is left as it is when the product is configured again. Add "
+     "AskAgain if it should be made again."},
+    {"product-twice", severity::ERROR, "Two products are the same.",
+     "Name, version, patch level, category and type are equal: the operator cannot tell them "
+     "apart, and either may be taken for the other. Remove one, or correct its version."},
+    {"full-name-twice", severity::WARNING, "Two products look the same in the list.",
+     "The list shows the full name, the version and the patch level, which are equal. Change a "
+     "FullName."},
+    {"path-twice", severity::WARNING, "Two products propose the same path.",
+     "Installed into one directory, products overwrite files of the same name and are removed "
+     "together. Give each its own Path; only a patch has that of another product."},
+    {"file-like-rule", severity::WARNING, "A file in the distribution is named like a rule.",
+     "make takes the step for done when a file has its name, and compiles a source of its name. "
+     "Remove the file."},
+
+    // Archives.
+    {"archive-unreadable", severity::ERROR, "No tar archive that can be read.",
+     "It is no tar archive, or damaged, or cut off: the installation fails half-way. Pack it "
+     "again."},
+    {"archive-compressed", severity::ERROR, "An archive is compressed.",
+     "Not every tar that install.mk meets unpacks it. Unpack it first; the name stays ID.tar."},
+    {"archive-empty", severity::ERROR, "An archive holds nothing.",
+     "Changing the owner of no files fails, and so does the installation. Put something in, such "
+     "as install/Makefile."},
+    {"archive-names", severity::ERROR, "An archive holds more names than one command can take.",
+     "Owner and group are changed of all names in one command. Pack fewer files, or let a part "
+     "unpack an archive within the archive."},
+    {"member-name", severity::ERROR, "A file's name that is not handed on as it is.",
+     "tar lists blanks, control and 8-bit characters and backslashes otherwise than they are, the "
+     "shell expands *, ? and [, and chown takes a leading - for an option: another file may be "
+     "given "
+     "away. Names have at most 1023 bytes, 255 between slashes. Rename the file, or let a part "
+     "make "
+     "it."},
+    {"member-absolute", severity::ERROR, "A file's name begins with a slash.",
+     "It is extracted below the product's directory, but the file of that name outside is given "
+     "away and closed. Pack with: tar -cf ID.tar -C TREE ."},
+    {"member-outside", severity::ERROR, "A file's name leads out of the tree.",
+     "A name with '..' makes the installation fail. Pack with: tar -cf ID.tar -C TREE ."},
+    {"member-kind", severity::ERROR, "Neither a file, a directory nor a link.",
+     "Devices and named pipes cannot be extracted by everyone, and are given away. Let a part make "
+     "them."},
+    {"member-set-id", severity::ERROR, "A file with set-id bits.",
+     "A change of owner clears them. Let a part set them, behind its own chown and chgrp."},
+    {"member-below-file", severity::ERROR, "A file lies below what is no directory.",
+     "The archive holds a file or link where a directory must be, and cannot be extracted as it "
+     "is. Pack it again."},
+    {"member-no-directory", severity::ERROR, "A directory of the installation is none.",
+     "The top of the archive and 'install' must be directories: description and settings are put "
+     "there."},
+    {"member-replaced", severity::ERROR, "A file that the installation puts there itself.",
+     "Makefile and morvane.* at the top, and ID.descr, ID.dat and ID.make in install, are "
+     "replaced. "
+     "Give the file another name."},
+    {"member-twice", severity::ERROR, "A name stands twice in an archive.",
+     "Only two files or two directories of one name come out as the later; of links, and of two "
+     "kinds, it depends on tar. Pack it again."},
+    {"link-astray", severity::ERROR, "A symbolic link leads nowhere or out of the tree.",
+     "Changes of owner, group and access follow links: one that leads out gives a file of the host "
+     "away, one that leads nowhere makes the installation fail. Link within the tree, relative, or "
+     "let a part make the link."},
+    {"hard-link-astray", severity::ERROR, "A hard link to no file that stands before it.",
+     "tar cannot make it. Pack the archive again."},
+    {"makefile-missing", severity::ERROR, "A product has parts and its archive no makefile.",
+     "Each Target is made by install/Makefile of the archive: the installation fails when a part "
+     "is made. Add the makefile, or remove the parts."},
+    {"part-without-target", severity::ERROR, "A part that is no target of the makefile.",
+     "make fails there; where the part is .PHONY, make reports success and does nothing. Add the "
+     "target to install/Makefile, or correct the name."},
+    {"part-hidden", severity::NOTE, "A part that may be a target of the makefile.",
+     "The makefile includes files, or names targets by patterns or variables, so that its targets "
+     "are not known before make runs. See that it makes the part."},
+    {"needed-file-missing", severity::WARNING, "A needed file is in no product that could have it.",
+     "NeedsFiles are looked for in an installed supplier: the products of the category and type in "
+     "this distribution neither hold the file nor have parts that could make it, so that they are "
+     "refused once they are installed. Correct the name, relative to the supplier's directory."},
+    {"files-shared", severity::WARNING, "Two products put the same file into one directory.",
+     "They propose the same path, and what is installed later replaces the file of the other; no "
+     "copy is kept. Give them paths of their own, or rename the file."},
+
+    // Suppressions.
+    {"allow-malformed", severity::ERROR, "A suppression that cannot be read.",
+     "In a description: '# lint: allow ID: REASON' in the lines above an entry. In lint.allow: "
+     "'FILE ID: REASON'. The reason must not be empty."},
+    {"allow-unknown", severity::ERROR, "A suppression of a check that does not exist.",
+     "See the manual page for the identifiers."},
+    {"allow-unused", severity::WARNING, "A suppression that suppresses nothing.",
+     "What it allowed is gone. Remove it, so that it does not hide the next mistake."},
+    {"findings-left-out", severity::ERROR, "A file with too many findings.",
+     "Only the first 200 of a file are shown. Mend these and look again."},
+});
+
+constexpr const report_rule* find_check(std::string_view id) {
+  const auto found = std::ranges::find(CHECKS, id, &report_rule::id);
+  return found == CHECKS.end() ? nullptr : &*found;
+}
+
+// The identifier of a check, which is known when this is compiled.
+class check_id {
+ public:
+  consteval check_id(const char* id) : rule_(find_check(id)) {
+    if (rule_ == nullptr) throw "there is no such check";
+  }
+
+  const report_rule& rule() const { return *rule_; }
+
+ private:
+  const report_rule* rule_;
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_LINT_CHECK_TABLE_H

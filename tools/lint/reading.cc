@@ -1,0 +1,482 @@
+#include "lint/reading.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/description_keywords.h"
+#include "catalogue/description_reader.h"
+#include "lint/description_fields.h"
+#include "lint/spelling.h"
+#include "messages/table.h"
+#include "text/number.h"
+#include "text/words.h"
+
+namespace morvane {
+
+namespace {
+
+using std::string;
+using std::string_view;
+
+constexpr string_view LINE_BLANKS = " \t\r";
+constexpr string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
+
+string keyword_text(message_number keyword) {
+  return string(r[keyword]);
+}
+
+string quoted(string_view text) {
+  return "'" + string(text) + "'";
+}
+
+std::vector<string_view> lines_of(string_view text) {
+  std::vector<string_view> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+string_view without_leading(string_view text, string_view characters) {
+  text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
+  return text;
+}
+
+// An entry as it is written, behind its keyword.
+struct written_value {
+  bool equals = false;
+  bool quoted = false;
+  bool closed = false;  // a quoted value
+  string_view rest;     // behind the value, blanks and comments left out
+};
+
+written_value split(string_view text, std::size_t keyword_length) {
+  written_value written;
+  text = without_leading(text.substr(std::min(keyword_length, text.size())), LINE_BLANKS);
+  written.equals = text.starts_with('=');
+  if (!written.equals) return written;
+  text = without_leading(text.substr(1), LINE_BLANKS);
+  written.quoted = text.starts_with('"');
+  const std::size_t end = written.quoted ? text.find('"', 1) : text.find_first_of(LINE_BLANKS);
+  written.closed = written.quoted && end != string_view::npos;
+  if (end == string_view::npos || text.starts_with('#')) return written;
+  written.rest = without_leading(text.substr(end + (written.quoted ? 1 : 0)), LINE_BLANKS);
+  if (written.rest.starts_with('#')) written.rest = "";
+  return written;
+}
+
+// Something that the parser met: an entry, a comment or a fault.
+struct event {
+  place_in_file place;
+  const located_entry* entry = nullptr;
+  const located_fault* fault = nullptr;
+
+  bool is_comment() const { return entry != nullptr && entry->keyword == message_number{}; }
+};
+
+bool comes_before(const event& a, const event& b) {
+  return a.place.line != b.place.line ? a.place.line < b.place.line
+                                      : a.place.column < b.place.column;
+}
+
+// Returns what the parser met, in its order. A fault of a value stands before its entry.
+std::vector<event> events_of(const read_description& description) {
+  std::vector<event> events;
+  for (const located_fault& fault : description.faults) events.push_back({fault.place, {}, &fault});
+  for (const located_entry& entry : description.entries)
+    events.push_back({entry.place, &entry, {}});
+  std::ranges::stable_sort(events, comes_before);
+  return events;
+}
+
+std::vector<string_view> keyword_texts() {
+  std::vector<string_view> texts;
+  for (const keyword& each : KEYWORDS) texts.push_back(r[each.number]);
+  return texts;
+}
+
+// Checks one description.
+class line_checks {
+ public:
+  line_checks(const read_description& description, finding_list& findings)
+      : description_(description),
+        findings_(findings),
+        lines_(lines_of(description.text)),
+        events_(events_of(description)) {}
+
+  void check() {
+    check_bytes();
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+      const event& met = events_[i];
+      if (met.is_comment()) {
+        check_comment(*met.entry, i);
+      } else if (met.entry != nullptr) {
+        check_entry(*met.entry);
+      } else {
+        check_fault(*met.fault);
+      }
+      seen_on_line_ = met.place.line;
+    }
+  }
+
+ private:
+  void add(check_id id, const place_in_file& place, string text) {
+    findings_.add(id, description_.file, place, std::move(text));
+  }
+
+  // Returns the line from `place` on.
+  string_view text_at(const place_in_file& place) const {
+    if (place.line > lines_.size()) return "";
+    const string_view line = lines_[place.line - 1];
+    return line.substr(std::min(place.column - 1, line.size()));
+  }
+
+  bool begins_with_mark() const {
+    return string_view(description_.text).starts_with(BYTE_ORDER_MARK);
+  }
+
+  void check_bytes() {
+    if (begins_with_mark()) {
+      add("byte-order-mark", WHOLE_FILE,
+          "the file begins with a byte order mark, for which the program skips the first line: "
+          "save it without");
+    }
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+      string_view line = lines_[i];
+      std::size_t skipped = i == 0 && begins_with_mark() ? BYTE_ORDER_MARK.size() : 0;
+      if (line.ends_with('\r')) line.remove_suffix(1);
+      const auto is_control = [](char c) {
+        return (c >= 0 && c < ' ' && c != '\t') || c == '\177';
+      };
+      const auto control = std::ranges::find_if(line, is_control);
+      if (control != line.end()) {
+        add("control-character", {i + 1, static_cast<std::size_t>(control - line.begin()) + 1},
+            "a control character, which the operator's terminal would get: remove it");
+      }
+      const auto other = std::ranges::find_if(line.begin() + static_cast<std::ptrdiff_t>(skipped),
+                                              line.end(), [](char c) { return c < 0; });
+      if (other != line.end()) {
+        add("not-ascii", {i + 1, static_cast<std::size_t>(other - line.begin()) + 1},
+            "a byte that is no ASCII: each counts as a column, so that lines lose their shape");
+      }
+    }
+  }
+
+  void check_comment(const located_entry& comment, std::size_t index) {
+    if (lines_.size() >= comment.place.line) {
+      // The newline counts as well, but is harmless where it is left.
+      const string_view rest = text_at(comment.place);
+      constexpr std::size_t SKIPPED = 255;
+      if (rest.size() > SKIPPED + 1) {
+        add("comment-too-long", {comment.place.line, comment.place.column + SKIPPED + 1},
+            "the comment has more than 255 bytes, and is read as an entry from here on: break "
+            "it into lines");
+      }
+    }
+    take_suppression(comment, index);
+  }
+
+  // A suppression reaches up to the next entry, and, above the first one, to the whole file.
+  void take_suppression(const located_entry& comment, std::size_t index) {
+    string_view text = without_leading(comment.value, WHITE_SPACE);
+    constexpr string_view HEAD = "lint:";
+    if (!text.starts_with(HEAD)) return;
+    text = without_leading(text.substr(HEAD.size()), WHITE_SPACE);
+    constexpr string_view VERB = "allow ";
+    const string_view id = text.starts_with(VERB)
+                               ? allowed_id(without_leading(text.substr(VERB.size()), WHITE_SPACE))
+                               : "";
+    if (id.empty()) {
+      add("allow-malformed", comment.place,
+          "this suppresses nothing: write '# lint: allow ID: REASON'");
+      return;
+    }
+    const auto is_no_comment = [](const event& met) { return !met.is_comment(); };
+    const auto here = events_.begin() + static_cast<std::ptrdiff_t>(index);
+    const auto next = std::find_if(here, events_.end(), is_no_comment);
+    const bool heads_the_file = std::none_of(events_.begin(), here, is_no_comment);
+    allowance allowed;
+    allowed.id = id;
+    allowed.file = description_.file;
+    allowed.stands_in = description_.file;
+    allowed.place = comment.place;
+    allowed.first = heads_the_file ? 1 : comment.place.line;
+    allowed.last = next == events_.end() ? comment.place.line : next->place.line;
+    findings_.allow(std::move(allowed));
+  }
+
+  void check_fault(const located_fault& fault) {
+    switch (fault.kind) {
+      case fault_kind::UNKNOWN_KEYWORD:
+        check_unknown(fault);
+        break;
+      case fault_kind::NO_ROOM_FOR_TARGET:
+        add_too_many_parts(fault.place);
+        break;
+      case fault_kind::OUTSIDE_TARGET:
+        // The entries of a part that there is no room for are reported by the program, too.
+        if (parts_ <= TARGETS) {
+          add("keyword-misplaced", fault.place,
+              quoted(fault.keyword) +
+                  " belongs to a part, and none is open: the program leaves it " +
+                  "out; put it behind a " + quoted(r[KEYWORD_TARGET]));
+        }
+        break;
+      case fault_kind::OUTSIDE_NEED:
+        check_outside_need(fault);
+        break;
+      case fault_kind::VALUE_TOO_LONG:
+        add("value-too-long", fault.place,
+            "the value of " + quoted(fault.keyword) + " has more than " +
+                std::to_string(LONGEST_VALUE) + " bytes: the program cuts it, or reads the rest " +
+                "as further entries; shorten it");
+        break;
+      case fault_kind::QUOTE_NOT_CLOSED:
+        break;  // is seen in every line that lacks it
+      case fault_kind::CANNOT_BE_READ:
+        add("description-unreadable", WHOLE_FILE,
+            "the description cannot be read: without it the program does not offer the product");
+        break;
+    }
+  }
+
+  // What follows on a line that something was wrong with, or that an entry stands on, comes of
+  // that.
+  void check_unknown(const located_fault& fault) {
+    if (seen_on_line_ == fault.place.line) return;
+    if (fault.keyword.empty()) {
+      if (fault.place.line == 1 && begins_with_mark()) return;
+      add("keyword-none", fault.place,
+          "a line that begins with no keyword, and is skipped: write KEYWORD = VALUE, or '#' "
+          "before a comment");
+      return;
+    }
+    const bool fixed =
+        fault.keyword == r[KEYWORD_FIXED_OWNERS] || fault.keyword == r[KEYWORD_FIXED_GROUPS];
+    if (fixed) {
+      add("keyword-disabled", fault.place,
+          quoted(fault.keyword) + " is no keyword behind a " +
+              quoted(r[KEYWORD_DESCRIPTION_STATE]) + " other than 0: remove one of them");
+      return;
+    }
+    const std::vector<string_view> texts = keyword_texts();
+    const string_view meant = nearest(fault.keyword, texts);
+    add("keyword-unknown", fault.place,
+        "no such keyword: " + quoted(fault.keyword) +
+            (meant.empty() ? ", and the line is skipped"
+                           : ", did you mean " + quoted(meant) + "?"));
+  }
+
+  void check_outside_need(const located_fault& fault) {
+    if (parts_ > TARGETS || needs_ > CATEGORIES) return;  // for which there was no room
+    if (fault.entry == KEYWORD_NEEDS_TYPE && needs_ > 0) {
+      add("types-too-many", fault.place,
+          "a needed product has at most 10 types: this one is left out, and its entries are taken "
+          "for the tenth");
+      return;
+    }
+    const message_number opening = field_of(fault.entry).level == nesting::TYPE &&
+                                           fault.entry != KEYWORD_NEEDS_TYPE && needs_ > 0
+                                       ? KEYWORD_NEEDS_TYPE
+                                       : KEYWORD_NEEDS_CATEGORY;
+    add("keyword-misplaced", fault.place,
+        quoted(fault.keyword) + " belongs to what " + quoted(r[opening]) +
+            " opens, and nothing is " + "open: the program leaves it out; put it behind one");
+  }
+
+  void check_entry(const located_entry& entry) {
+    const description_field& field = field_of(entry.keyword);
+    const string_view text = text_at(entry.place);
+    const written_value written = split(text, r[entry.keyword].size());
+    if (!written.equals) {
+      add("equals-missing", entry.place,
+          quoted(r[entry.keyword]) +
+              " without '=': its value is empty, and the rest of the line is " +
+              "read as another entry; write " + keyword_text(entry.keyword) + " = VALUE");
+      note_opened(entry, field);
+      return;
+    }
+    if (written.quoted && !written.closed && entry.value.size() < LONGEST_VALUE) {
+      add("quote-missing", entry.place,
+          "the closing quote is missing: the value is the rest of the line, " +
+              quoted(entry.value) + "; end it with a double quote on this line");
+    } else if (written.quoted && !written.rest.empty()) {
+      add("text-behind-quote", entry.place,
+          "what stands behind the closing quote is ignored: " + quoted(written.rest) +
+              "; a value cannot hold a double quote");
+    } else if (!written.quoted && !written.rest.empty()) {
+      add("text-unquoted", entry.place,
+          "several words without quotes: the value is " + quoted(entry.value) + ", and " +
+              quoted(written.rest) +
+              " is read as another entry; put the value between double "
+              "quotes");
+    }
+    note_opened(entry, field);
+    check_repeated(entry, field);
+    check_value(entry, field);
+  }
+
+  void note_opened(const located_entry& entry, const description_field& field) {
+    if (field.kind != value_kind::OPENING) return;
+    if (entry.value.empty()) {
+      add("value-empty", entry.place,
+          quoted(r[entry.keyword]) + " without a value opens nothing: what follows belongs to " +
+              "what was open before");
+      return;
+    }
+    std::erase_if(given_,
+                  [&](const auto& each) { return field_of(each.first).level >= field.level; });
+    if (entry.keyword == KEYWORD_TARGET) {
+      needs_ = 0;
+      if (++parts_ == TARGETS + 1) add_too_many_parts(entry.place);
+    } else if (entry.keyword == KEYWORD_NEEDS_CATEGORY && ++needs_ == CATEGORIES + 1) {
+      add("needs-too-many", entry.place,
+          "a part has at most 10 needed products: from this one on they are left out");
+    }
+  }
+
+  void add_too_many_parts(const place_in_file& place) {
+    add("parts-too-many", place,
+        "a product has at most 12 parts: this one and its entries are left out");
+  }
+
+  void check_repeated(const located_entry& entry, const description_field& field) {
+    if (field.kind == value_kind::OPENING || field.kind == value_kind::LINES) return;
+    const auto [before, is_new] = given_.emplace(entry.keyword, entry.place.line);
+    if (is_new) return;
+    const string first = std::to_string(before->second);
+    if (field.kind == value_kind::LIST) {
+      add("list-repeated", entry.place,
+          "a second " + quoted(r[entry.keyword]) + ", the first is in line " + first +
+              ": the two are mixed up; write one list");
+    } else {
+      add("entry-repeated", entry.place,
+          "a second " + quoted(r[entry.keyword]) + ", which replaces that of line " + first +
+              ": remove one");
+    }
+  }
+
+  void check_value(const located_entry& entry, const description_field& field) {
+    if (entry.value.empty()) {
+      if (field.kind != value_kind::OPENING && field.kind != value_kind::LINES) {
+        add("value-empty", entry.place,
+            quoted(r[entry.keyword]) + " has no value: give one, or remove the line");
+      }
+      return;
+    }
+    switch (field.kind) {
+      case value_kind::NUMBER:
+        check_number(entry);
+        break;
+      case value_kind::VERSION:
+        check_version_value(entry);
+        break;
+      case value_kind::LIST:
+        check_list(entry, field);
+        break;
+      default:
+        check_length(entry, field, entry.value);
+    }
+  }
+
+  void check_length(const located_entry& entry, const description_field& field, string_view value) {
+    if (field.longest == 0 || value.size() <= field.longest) return;
+    add("value-cut", entry.place,
+        "the program keeps " + std::to_string(field.longest) + " bytes here, of " +
+            std::to_string(value.size()) + ": the value becomes " +
+            quoted(value.substr(0, field.longest)));
+  }
+
+  void check_number(const located_entry& entry) {
+    const bool digits = entry.value.find_first_not_of("0123456789") == string::npos;
+    if (digits && entry.value.size() < 10) return;
+    add("number-none", entry.place,
+        quoted(entry.value) + " is no number: the program takes it for " +
+            std::to_string(number_or_zero(entry.value)) + "; write digits alone");
+  }
+
+  void check_version_value(const located_entry& entry) {
+    string_view rest = entry.value;
+    string read;
+    bool none = false;
+    bool ignored = false;
+    for (int piece = 0; piece < 3; ++piece) {
+      const std::size_t dot = std::min(rest.find('.'), rest.size());
+      const string_view text = rest.substr(0, dot);
+      const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+      const bool given = piece == 0 || !text.empty() || dot < rest.size();
+      none = none || (given && (digits == 0 || digits > 9));
+      ignored = ignored || digits < text.size();
+      if (piece < 2 || number_or_zero(text) != 0) {
+        read += (piece == 0 ? "" : ".") + std::to_string(number_or_zero(text));
+      }
+      rest.remove_prefix(std::min(dot + 1, rest.size()));
+    }
+    if (none || entry.value.ends_with('.')) {
+      add("version-none", entry.place,
+          quoted(entry.value) + " is no version: the program takes it for " + read +
+              "; write up to three numbers with full stops between them");
+    } else if (ignored || !rest.empty()) {
+      add("version-rest", entry.place,
+          "of version " + quoted(entry.value) + " the program takes " + read +
+              " and ignores the rest: write up to three numbers with full stops between them");
+    }
+  }
+
+  void check_list(const located_entry& entry, const description_field& field) {
+    const std::vector<string_view> words = split_words(entry.value, WHITE_SPACE);
+    const bool levels = entry.keyword == KEYWORD_REQUIRED_PATCHES;
+    const bool files = entry.keyword == KEYWORD_NEEDS_FILES;
+    const auto is_joined = [levels, files](string_view word) {
+      if (levels) return word.find_first_not_of("0123456789") != string_view::npos;
+      const std::size_t separator = word.find_first_of(",;");
+      // The name of a file may hold one.
+      return files ? separator == 0 || word.ends_with(',') || word.ends_with(';')
+                   : separator != string_view::npos;
+    };
+    const auto joined = std::ranges::find_if(words, is_joined);
+    if (joined != words.end()) {
+      add("list-separator", entry.place,
+          quoted(*joined) + " is one word of the list: only blanks separate; write " +
+              (levels ? "levels such as \"0 1\"" : "\"a b\""));
+    } else if (levels && WHITE_SPACE.find(entry.value.front()) != string_view::npos) {
+      add("list-separator", entry.place,
+          "a blank before the first level makes it count twice: begin the list with a digit");
+    }
+    if (field.most != 0 && words.size() > field.most) {
+      add("list-too-long", entry.place,
+          "the program keeps " + std::to_string(field.most) +
+              " words of this list, and leaves out " + quoted(words[field.most]) +
+              " and what is behind it");
+    }
+    for (const string_view word : words) check_length(entry, field, word);
+  }
+
+  const read_description& description_;
+  finding_list& findings_;
+  std::vector<string_view> lines_;
+  std::vector<event> events_;
+  std::size_t seen_on_line_ = 0;                 // the line of the last event
+  std::size_t parts_ = 0;                        // opened so far
+  std::size_t needs_ = 0;                        // opened so far in the part
+  std::map<message_number, std::size_t> given_;  // entries of what is open, with their lines
+};
+
+}  // namespace
+
+void check_reading(const read_description& description, finding_list& findings) {
+  if (description.too_long) {
+    findings.add("description-unreadable", description.file, WHOLE_FILE,
+                 "the description is longer than one mebibyte, and was not read");
+    return;
+  }
+  line_checks(description, findings).check();
+}
+
+}  // namespace morvane
