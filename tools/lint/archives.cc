@@ -14,6 +14,7 @@
 #include "lint/makefile_targets.h"
 #include "lint/sense.h"
 #include "text/number.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "text/number.h"
+#include "text/white_space.h"
 
 namespace morvane {
 

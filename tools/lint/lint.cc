@@ -8,7 +8,7 @@
 #include "lint/reading.h"
 #include "lint/sense.h"
 #include "platform/input_file.h"
-#include "text/number.h"
+#include "text/white_space.h"
 
 namespace morvane {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "text/number.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {

@@ -10,6 +10,7 @@
 #include "messages/table.h"
 #include "text/number.h"
 #include "text/quoting.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {

@@ -13,6 +13,7 @@
 #include "lint/spelling.h"
 #include "messages/table.h"
 #include "text/number.h"
+#include "text/white_space.h"
 #include "text/words.h"
 
 namespace morvane {

@@ -1,6 +1,7 @@
 #include "lint/sense.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <tuple>
@@ -51,7 +52,7 @@ class sense_checks {
 
  private:
   void check_number_of_products() {
-    int count = 0;
+    std::size_t count = 0;
     for (const distributed_product& product : distribution_.products) {
       if (!product.archive || ++count <= TABLE_SIZE) continue;
       findings_.add("products-too-many", *product.archive, WHOLE_FILE,
