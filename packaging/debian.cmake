@@ -23,6 +23,9 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "make | bmake, python3")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "gcc | c-compiler")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
+# Without the commands beside the program, which need more libraries.
+set(CPACK_INSTALL_CMAKE_PROJECTS "${PROJECT_BINARY_DIR};${PROJECT_NAME};Unspecified;/")
+
 # What Debian wants otherwise than other installations.
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/finish_debian.cmake)
 

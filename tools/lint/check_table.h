@@ -2,8 +2,8 @@
 #ifndef MORVANE_LINT_CHECK_TABLE_H
 #define MORVANE_LINT_CHECK_TABLE_H
 
-#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "report/report.h"
@@ -265,22 +265,28 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
      "Only the first 200 of a file are shown. Mend these and look again."},
 });
 
-constexpr const report_rule* find_check(std::string_view id) {
-  const auto found = std::ranges::find(CHECKS, id, &report_rule::id);
-  return found == CHECKS.end() ? nullptr : &*found;
+// Returns the row of a check, or the number of rows where there is none.
+constexpr std::size_t row_of(std::string_view id) {
+  std::size_t row = 0;
+  while (row < CHECKS.size() && CHECKS[row].id != id) ++row;
+  return row;
+}
+
+constexpr bool is_check(std::string_view id) {
+  return row_of(id) < CHECKS.size();
 }
 
 // The identifier of a check, which is known when this is compiled.
 class check_id {
  public:
-  consteval check_id(const char* id) : rule_(find_check(id)) {
-    if (rule_ == nullptr) throw "there is no such check";
+  consteval check_id(const char* id) : row_(row_of(id)) {
+    if (row_ == CHECKS.size()) throw "there is no such check";
   }
 
-  const report_rule& rule() const { return *rule_; }
+  const report_rule& rule() const { return CHECKS[row_]; }
 
  private:
-  const report_rule* rule_;
+  std::size_t row_;
 };
 
 }  // namespace morvane

@@ -47,7 +47,7 @@ void finding_list::add(check_id id, std::string_view file, const place_in_file& 
 }
 
 void finding_list::allow(allowance allowed) {
-  if (find_check(allowed.id) == nullptr) {
+  if (!is_check(allowed.id)) {
     add("allow-unknown", allowed.stands_in, allowed.place,
         "there is no check '" + allowed.id + "': the suppression has no effect");
     return;

@@ -60,7 +60,7 @@ command described_command(lint_options& options) {
             [&](const std::string& name) { return take_severity(name, options.fail_on); }},
            {"explain", "ID", "explain a check", [&](const std::string& id) {
               options.explained = id;
-              return find_check(id) != nullptr;
+              return is_check(id);
             }}}};
 }
 
@@ -76,7 +76,7 @@ void print_paragraph(std::string_view text) {
 }
 
 exit_status explain(const std::string& id) {
-  const report_rule& rule = *find_check(id);
+  const report_rule& rule = CHECKS[row_of(id)];
   std::printf("%s (%s)\n", id.c_str(), std::string(severity_name(rule.severity)).c_str());
   print_paragraph(rule.summary);
   std::printf("\n");
