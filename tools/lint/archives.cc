@@ -39,10 +39,6 @@ constexpr string_view MAKEFILE = "install/Makefile";
 constexpr std::array<string_view, 4> COPIED_FILES = {"morvane.rsc", "morvane.SunOS4",
                                                      "morvane.SunOS5", "Makefile"};
 
-string quoted(string_view text) {
-  return "'" + string(text) + "'";
-}
-
 string joined(const path_parts& parts) {
   string path;
   for (const string_view part : parts) {

@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <limits>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lint/check_table.h"
@@ -14,13 +16,14 @@
 
 namespace morvane {
 
-// More findings of one file are not shown.
+// More findings of one file are not shown, and more of one check in it are not kept.
 inline constexpr std::size_t MOST_FINDINGS_OF_A_FILE = 200;
+inline constexpr std::size_t MOST_FINDINGS_OF_A_CHECK = 1000;
 
 // The place of what concerns a whole file.
 inline constexpr place_in_file WHOLE_FILE;
 
-// Takes out the findings of check `id` in lines `first` to `last` of `file`.
+// Takes out the findings of check `id` in the lines `first` to `last` of `file`.
 struct allowance {
   std::string id;
   std::string file;
@@ -42,8 +45,13 @@ class finding_list {
   std::vector<finding> finish();
 
  private:
+  using file_and_check = std::pair<std::string, std::string>;
+
+  bool is_allowed(const finding& found);
+
   std::vector<finding> findings_;
-  std::vector<allowance> allowances_;
+  std::map<file_and_check, std::size_t> counts_;
+  std::map<file_and_check, std::vector<allowance>> allowances_;
 };
 
 // Reads the text of a suppression: "ID: REASON"; returns the identifier, empty where it is

@@ -30,10 +30,6 @@ string keyword_text(message_number keyword) {
   return string(r[keyword]);
 }
 
-string quoted(string_view text) {
-  return "'" + string(text) + "'";
-}
-
 std::vector<string_view> lines_of(string_view text) {
   std::vector<string_view> lines;
   while (!text.empty()) {
@@ -109,7 +105,14 @@ class line_checks {
       : description_(description),
         findings_(findings),
         lines_(lines_of(description.text)),
-        events_(events_of(description)) {}
+        events_(events_of(description)),
+        next_entry_(events_.size()) {
+    std::size_t next = events_.size();
+    for (std::size_t i = events_.size(); i-- > 0;) {
+      if (!events_[i].is_comment()) next = i;
+      next_entry_[i] = next;
+    }
+  }
 
   void check() {
     check_bytes();
@@ -198,17 +201,15 @@ class line_checks {
           "this suppresses nothing: write '# lint: allow ID: REASON'");
       return;
     }
-    const auto is_no_comment = [](const event& met) { return !met.is_comment(); };
-    const auto here = events_.begin() + static_cast<std::ptrdiff_t>(index);
-    const auto next = std::find_if(here, events_.end(), is_no_comment);
-    const bool heads_the_file = std::none_of(events_.begin(), here, is_no_comment);
+    const std::size_t next = next_entry_[index];
+    const bool heads_the_file = index < next_entry_[0];
     allowance allowed;
     allowed.id = id;
     allowed.file = description_.file;
     allowed.stands_in = description_.file;
     allowed.place = comment.place;
     allowed.first = heads_the_file ? 1 : comment.place.line;
-    allowed.last = next == events_.end() ? comment.place.line : next->place.line;
+    allowed.last = next == events_.size() ? comment.place.line : events_[next].place.line;
     findings_.allow(std::move(allowed));
   }
 
@@ -463,6 +464,7 @@ class line_checks {
   finding_list& findings_;
   std::vector<string_view> lines_;
   std::vector<event> events_;
+  std::vector<std::size_t> next_entry_;          // for each event, the next one that is no comment
   std::size_t seen_on_line_ = 0;                 // the line of the last event
   std::size_t parts_ = 0;                        // opened so far
   std::size_t needs_ = 0;                        // opened so far in the part

@@ -14,10 +14,6 @@ namespace {
 using std::string;
 using std::string_view;
 
-string quoted(string_view text) {
-  return "'" + string(text) + "'";
-}
-
 bool is_described(const distributed_product& product) {
   return product.description.outcome == read_outcome::DONE;
 }

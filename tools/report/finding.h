@@ -29,6 +29,9 @@ struct finding {
 // Returns `bytes` with all but printable ASCII as in C, so that it does no harm on a terminal.
 std::string printable(std::string_view bytes);
 
+// Returns `text` in single quotes for the text of a finding; of a long one the beginning.
+std::string quoted(std::string_view text);
+
 }  // namespace morvane
 
 #endif  // MORVANE_REPORT_FINDING_H
