@@ -10,6 +10,7 @@ of members. GOOD is what all are made of: it draws nothing.
 import io
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tarfile
@@ -59,6 +60,30 @@ def other(lines="", name="y", **more):
     """Another product, beside x."""
     head = HEAD.replace("Name = X", "Name = Y").replace("Ex", "Why")
     return {f"{name}.descr": head + lines, f"{name}.tar": [FILE], **more}
+
+
+def messages(number=None, line=None, name="morvane.rsc", more=""):
+    """The message file that was built, with another line for a number, and more lines."""
+    text = (BUILD / "morvane.rsc").read_text(encoding="ascii")
+    if number:
+        text, count = re.subn(rf"^{number} .*\n", lambda _: line, text, flags=re.MULTILINE)
+        assert count == 1, number
+    return {**GOOD, name: text + more}
+
+
+def line_of(number):
+    text = (BUILD / "morvane.rsc").read_text(encoding="ascii")
+    return text[:text.index(f"\n{number} ")].count("\n") + 2
+
+
+def at(number):
+    return f"morvane.rsc:{line_of(number)}"
+
+
+def behind():
+    """The line behind the last one."""
+    count = (BUILD / "morvane.rsc").read_text(encoding="ascii").count("\n")
+    return f"morvane.rsc:{count + 1}"
 
 
 # For each check: where the finding stands, what draws it, and what just does not.
@@ -208,6 +233,31 @@ CASES = {
                      {**described("Path = /p\n"), **other("Path = /p\n"),
                       "y.tar": [{"name": "other"}]}),
 
+    # Messages.
+    "message-missing": ("morvane.rsc:1", messages("040", ""), messages("040", "040 |\n")),
+    "message-unused": (behind(), messages(more="499 more\n"), messages(more="#499 more\n")),
+    "message-repeated": (behind(), messages(more="040 again\n"), messages()),
+    "message-column": (behind(), messages(more="3 products\n"), messages(more="# 3 products\n")),
+    "message-cut": (at("040"), messages("040", f"040 {'a' * 151}\n"),
+                    messages("040", f"040 {'a' * 150}\n")),
+    "message-too-long": (at("040"), messages("040", f"040 {'a' * 150}\n"),
+                         messages("040", f"040 {'a' * 149}\n")),
+    "message-not-ascii": (at("040"), messages("040", "040 caf\xe9\n"),
+                          messages("040", "040 cafe\n")),
+    "message-conversions": (at("075"), messages("075", "075 %s %s\n"),
+                            messages("075", "075 100%% of %-9.9s\n")),
+    "message-width": (at("040"), messages("040", f"040 {'a' * 80}\n"),
+                      messages("040", f"040 {'a' * 79}\\na\n")),
+    "message-title": (at("011"), messages("011", "011 =  short  =\n"), messages()),
+    "message-letters": (at("001"), messages("001", "001 ynN\n"), messages("001", "001 jnQ\n")),
+    "message-keyword": (at("202"), messages("202", "202 Name\n"), messages("202", "202 Title\n")),
+    "message-translated": ("other.rsc:" + at("240").partition(":")[2],
+                           messages("240", "240 OTHER\n", name="other.rsc"),
+                           messages("040", "040 Other\n", name="other.rsc")),
+    "message-new-lines": ("other.rsc:" + at("040").partition(":")[2],
+                          messages("040", "040 Other\\n\n", name="other.rsc"),
+                          messages("040", "040 Other\n", name="other.rsc")),
+
     # Suppressions.
     "allow-malformed": ("x.descr:6", described("# lint: allow value-empty:\nOwner =\n"),
                         described("# lint: allow value-empty: why\nOwner =\n")),
@@ -226,7 +276,7 @@ def make(distribution, directory):
         if isinstance(content, list):
             content = archive(content)
         elif isinstance(content, str):
-            content = content.encode("utf-8" if name.endswith(".descr") else "ascii")
+            content = content.encode("utf-8")
         path.write_bytes(content)
 
 
@@ -239,7 +289,8 @@ def lint(directory, *options):
 def findings_of(distribution):
     with tempfile.TemporaryDirectory(prefix="morvane-lint-") as directory:
         make(distribution, pathlib.Path(directory))
-        done = lint(directory, "--format=json")
+        translation = ["--translation=other.rsc"] if "other.rsc" in distribution else []
+        done = lint(directory, "--format=json", *translation)
         assert done.stderr == "", done.stderr
         found = json.loads(done.stdout)["findings"]
         worst = {finding["severity"] for finding in found}

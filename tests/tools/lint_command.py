@@ -209,6 +209,11 @@ class Samples(LintTest):
             done = run(str(directory))
             self.assertEqual(done.returncode, 0, done.stdout)
 
+    def test_the_messages_have_no_findings_in_any_language(self):
+        for file in sorted(BUILD.glob("morvane*.rsc")):
+            done = run(f"--translation={file}", str(file))
+            self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
     def test_descriptions_that_fuzzing_made_end_in_findings(self):
         corpus = [path for name in ("seeds", "found")
                   for path in sorted((PROJECT / "fuzz" / name / "description").glob("*"))]

@@ -11,7 +11,8 @@
 namespace morvane {
 
 // Identifier, severity, what is wrong, and what --explain adds: what comes of it and what to write
-// instead. The rows are in groups: reading, names, sense, archives, suppressions.
+// instead. The rows are in groups: reading, names, sense, archives,
+// messages, suppressions.
 inline constexpr auto CHECKS = std::to_array<report_rule>({
     // Reading a description.
     {"description-unreadable", severity::ERROR, "A description cannot be read.",
@@ -252,6 +253,46 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"files-shared", severity::WARNING, "Two products put the same file into one directory.",
      "They propose the same path, and what is installed later replaces the file of the other; no "
      "copy is kept. Give them paths of their own, or rename the file."},
+
+    // Message files.
+    {"message-missing", severity::ERROR, "A message is missing.",
+     "'No resource #12!' is printed, compared, or run as a command in its place. Each number of "
+     "the "
+     "message file that comes with the program needs a line."},
+    {"message-unused", severity::NOTE, "A message that the program does not use.",
+     "It is read and never shown. If the number is a mistake, another message is missing."},
+    {"message-repeated", severity::WARNING, "A number stands twice.",
+     "The later line counts. Remove one of them."},
+    {"message-column", severity::ERROR, "A line that is read as a message by mistake.",
+     "A line that begins with a number is a message, whose text begins in the fifth column: '3 "
+     "products' is message 3. Write three digits and a blank; begin comments with '#'."},
+    {"message-cut", severity::ERROR, "A line has more than 154 bytes.",
+     "It is cut there, before escapes are resolved. Shorten the text."},
+    {"message-too-long", severity::ERROR, "A text has more than 149 bytes.",
+     "Its end lies in the place of the next number: that message is emptied, or shown behind this "
+     "one. Shorten the text."},
+    {"message-not-ascii", severity::WARNING, "A byte in a message file that is no ASCII.",
+     "Widths are counted in bytes, so that lines and the title box lose their shape. Write ASCII."},
+    {"message-conversions", severity::ERROR, "A format with another number of conversions.",
+     "Each '%s' takes the next text: with too few a text is left out, with too many a place stays "
+     "empty. A percent sign is written '%%' in a format."},
+    {"message-width", severity::WARNING, "A message has a line wider than the ruler.",
+     "The ruler, message 010, is the width of the screen, and the terminal breaks the line where "
+     "it likes. Put \n into the text."},
+    {"message-title", severity::ERROR, "A title line that does not fit the box.",
+     "The title lines 011 and 019 are as wide as the ruler and begin and end with the frames 008 "
+     "and 009. Otherwise the box is crooked."},
+    {"message-letters", severity::ERROR, "The answers are not three different letters.",
+     "Message 001 holds the letters for yes, no and quit, one byte each: of equal ones the first "
+     "counts, so that an operator cannot say no, or not quit."},
+    {"message-keyword", severity::ERROR, "A keyword that no entry can have.",
+     "Keywords consist of letters and underscores and differ from each other: of equal ones the "
+     "first counts, and others are never found."},
+    {"message-translated", severity::ERROR, "A text that is no word of a language is translated.",
+     "Names of files, commands, what hosts report, and the words that descriptions are read with "
+     "are the same in every language: translated, they find nothing."},
+    {"message-new-lines", severity::WARNING, "A translation begins or ends otherwise.",
+     "New lines at the beginning or end keep texts apart, and are the same in every language."},
 
     // Suppressions.
     {"allow-malformed", severity::ERROR, "A suppression that cannot be read.",

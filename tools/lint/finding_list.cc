@@ -92,8 +92,7 @@ std::vector<finding> finding_list::finish() {
     }
   }
   std::ranges::sort(findings_);
-  const auto repeated = std::ranges::unique(findings_);
-  findings_.erase(repeated.begin(), repeated.end());
+  findings_.erase(std::unique(findings_.begin(), findings_.end()), findings_.end());
   return shortened(std::move(findings_));
 }
 

@@ -20,17 +20,22 @@
 #include "lint/check_table.h"
 #include "lint/finding_list.h"
 #include "lint/lint.h"
+#include "lint/message_checks.h"
 #include "report/report.h"
 
 namespace morvane {
 
 namespace {
 
+constexpr std::string_view MESSAGES_ENDING = ".rsc";
+const std::string MESSAGE_FILE = "morvane.rsc";
+
 enum class format { TEXT, JSON, SARIF };
 
 struct lint_options {
   morvane::format format = format::TEXT;
   severity fail_on = severity::WARNING;
+  std::vector<std::string> translations;
   std::string explained;
 };
 
@@ -52,12 +57,17 @@ bool take_severity(const std::string& name, severity& taken) {
 
 command described_command(lint_options& options) {
   return {"morvane-lint",
-          "[DIRECTORY | ID.descr]...",
+          "[DIRECTORY | ID.descr | FILE.rsc]...",
           "Says what is wrong in a distribution before an operator meets it.",
           {{"format", "FORMAT", "text, json or sarif",
             [&](const std::string& name) { return take_format(name, options.format); }},
            {"fail-on", "SEVERITY", "the least that gives status 1: error, warning (default), note",
             [&](const std::string& name) { return take_severity(name, options.fail_on); }},
+           {"translation", "FILE", "look at a translation of the messages as well",
+            [&](const std::string& file) {
+              options.translations.push_back(file);
+              return true;
+            }},
            {"explain", "ID", "explain a check", [&](const std::string& id) {
               options.explained = id;
               return is_check(id);
@@ -89,6 +99,19 @@ bool is_directory(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+// Looks at a message file; returns why that is not possible.
+std::string lint_messages(const std::string& file, finding_list& findings) {
+  return check_messages(file, findings) ? "" : "cannot be read";
+}
+
+// Looks at a translation of the messages that the command came with.
+std::string lint_translation(const std::string& file, finding_list& findings) {
+  const std::optional<std::string> original = own_message_file();
+  if (!original) return "there is no message file beside the command to compare with";
+  const bool read = check_messages(file, findings) && check_translation(file, *original, findings);
+  return read ? "" : "cannot be read";
+}
+
 // Looks at what an operand names; returns why that is not possible, empty where it was.
 std::string lint_operand(const std::string& operand, finding_list& findings) {
   struct stat status;
@@ -97,14 +120,19 @@ std::string lint_operand(const std::string& operand, finding_list& findings) {
   const bool directory = is_directory(operand);
   const std::string holding = slash == std::string::npos ? "." : operand.substr(0, slash + 1);
   const std::string name = slash == std::string::npos ? operand : operand.substr(slash + 1);
+  if (!directory && name.ends_with(MESSAGES_ENDING)) return lint_messages(operand, findings);
   if (!directory && !name.ends_with(DESCRIPTION_ENDING)) {
-    return "is neither a directory nor a description, ID.descr";
+    return "is neither a directory, a description, ID.descr, nor a message file, FILE.rsc";
   }
   if (!choose_messages(directory ? operand : holding)) return "there is no message file";
   if (directory) {
     const std::optional<distribution> loaded = load_distribution(operand);
     if (!loaded) return std::strerror(errno);
     lint_distribution(*loaded, findings);
+    const std::string messages = loaded->directory + MESSAGE_FILE;
+    if (std::ranges::binary_search(loaded->files, MESSAGE_FILE)) {
+      return lint_messages(messages, findings);
+    }
   } else {
     lint_description(
         load_description(holding, name.substr(0, name.size() - DESCRIPTION_ENDING.size())),
@@ -145,12 +173,13 @@ exit_status run_lint(int count, char** arguments) {
 
   finding_list findings;
   bool unreadable = false;
-  for (const std::string& operand : operands) {
-    const std::string why = lint_operand(operand, findings);
-    if (why.empty()) continue;
-    complain(described, printable(operand) + ": " + why);
+  const auto note = [&](const std::string& name, const std::string& why) {
+    if (why.empty()) return;
+    complain(described, printable(name) + ": " + why);
     unreadable = true;
-  }
+  };
+  for (const std::string& operand : operands) note(operand, lint_operand(operand, findings));
+  for (const std::string& file : options.translations) note(file, lint_translation(file, findings));
   const std::vector<finding> found = findings.finish();
   const std::string report = report_of(options.format, found);
   const bool written = std::fwrite(report.data(), 1, report.size(), stdout) == report.size() &&
