@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Compares the checks of morvane-lint with the rows of its manual page, and its options.
+"""Compares the checks of morvane-lint with the rows of its manual page and with those that its
+sources name, and its options with the page.
 
     lint_manual.py BUILD_DIRECTORY
 """
@@ -35,6 +36,12 @@ def main():
     faults += [f"not a check, or otherwise: {row}" for row in rows if row not in list(checks())]
     if rows != list(checks()) and not faults:
         faults.append("the rows are in another order than the checks")
+    known = {check for check, _, _ in rows}
+    named = set()
+    for source in (PROJECT / "tools/lint").glob("*.cc"):
+        named |= set(re.findall(r'\b(?:add|check_id)\(\s*"([^"]*)"', source.read_text()))
+    faults += [f"the sources name no check: {check}" for check in sorted(named - known)]
+    faults += [f"nothing finds {check}" for check in sorted(known - named)]
     for option in re.findall(r"^  (--[a-z-]+|-C)", output("--help"), re.MULTILINE):
         name = option.removeprefix("-")
         if not re.search(rf"^\.(?:It|Op) .*(?<!\w){name}\b", PAGE, re.MULTILINE):
