@@ -13,28 +13,11 @@ namespace morvane {
 
 namespace {
 
-// Returns the best level at which `candidate` matches `record` at patch level `patch`, if any.
-std::optional<match_level> rank(const product& record, const product& candidate, int patch) {
-  release wanted = record.release;
-  wanted.patch = patch;
-  if (!on_host_after_run(candidate) || candidate.release != wanted) return std::nullopt;
-  const bool name = candidate.name == record.name;
-  const bool full_name = candidate.full_name == record.full_name;
-  const bool kind = candidate.category == record.category && candidate.type == record.type;
-  if (name && full_name && kind) return match_level::NAMES_AND_KIND;
-  if (name && kind) return match_level::NAME_AND_KIND;
-  if (name && full_name) return match_level::NAMES;
-  if (kind) return match_level::KIND;
-  if (candidate.id == record.id) return match_level::IDENTIFIER;
-  if (name) return match_level::NAME;
-  return std::nullopt;
-}
-
 // Returns the best matching slot that is good enough by itself or accepted by the operator, or
 // null.
 product* find_supplier(const product& record, product_table& table, const match_levels& levels) {
   for (const match_level wanted : MATCH_LEVELS) {
-    const bool silent = wanted <= match_level::NAME_AND_KIND;
+    const bool silent = is_taken_silently(wanted);
     for (std::size_t slot = 0; slot < table.size(); ++slot) {
       if (levels[slot] != wanted) continue;
       if (silent || product_accept(record, std::nullopt, table[slot])) return &table[slot];
@@ -67,7 +50,9 @@ void gen_possible(const product* record, const product_table& table, int patch,
                   match_levels& levels) {
   if (refuse_product_mismatch(record, "gen_possible")) return;
   for (std::size_t slot = 0; slot < table.size(); ++slot) {
-    levels[slot] = rank(*record, table[slot], patch);
+    const product& candidate = table[slot];
+    levels[slot] =
+        on_host_after_run(candidate) ? match_patch(*record, candidate, patch) : std::nullopt;
   }
 }
 

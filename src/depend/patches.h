@@ -6,23 +6,9 @@
 #include <optional>
 
 #include "catalogue/product.h"
+#include "depend/patch_match.h"
 
 namespace morvane {
-
-// How well a product matches as the supplier of another's original, best first.
-enum class match_level {
-  NAMES_AND_KIND,  // name, full name, category and type
-  NAME_AND_KIND,   // name, category and type
-  NAMES,           // name and full name
-  KIND,            // category and type
-  IDENTIFIER,
-  NAME,
-};
-
-// All of them, in their order.
-inline constexpr std::array MATCH_LEVELS = {match_level::NAMES_AND_KIND, match_level::NAME_AND_KIND,
-                                            match_level::NAMES,          match_level::KIND,
-                                            match_level::IDENTIFIER,     match_level::NAME};
 
 // One entry a slot of the product table; nothing where the slot does not match at all.
 using match_levels = std::array<std::optional<match_level>, TABLE_SIZE>;

@@ -25,6 +25,9 @@ NEED = "NeedsCategory = NEED\n"
 TYPE = NEED + "NeedsType = some\n"
 NEED_OF_Y = "NeedsCategory = Y\nNeedsType = t\nNeedsFiles = bin/y\n"
 OF_Y = "Category = Y\n"
+NEEDS_Y = "NeedsCategory = Y\n"
+NEEDS_C = "NeedsCategory = C\n"  # that of x
+SINCE = "NeedsType = t\nNeedsVersion = "
 FILE = {"name": "file"}
 MAKEFILE = {"name": "install/Makefile", "content": "make-it:\n\ttrue\n"}
 GOOD = {"x.descr": HEAD, "x.tar": [FILE]}
@@ -257,6 +260,31 @@ CASES = {
     "message-new-lines": ("other.rsc:" + at("040").partition(":")[2],
                           messages("040", "040 Other\\n\n", name="other.rsc"),
                           messages("040", "040 Other\n", name="other.rsc")),
+
+    # Needs.
+    "need-unmet": ("x.descr:8", described(PART + NEEDS_Y), {**described(PART + NEEDS_Y),
+                                                            **other(OF_Y)}),
+    "need-on-host": ("x.descr:8", described(PART + NEEDS_Y + "NeedsType = t\nNeedsPath = /y\n"),
+                     described(PART + NEEDS_Y + "NeedsType = t\n")),
+    "need-type": ("x.descr:9", {**described(PART + NEEDS_Y + "NeedsType = u\n"), **other(OF_Y)},
+                  {**described(PART + NEEDS_Y + "NeedsType = t\n"), **other(OF_Y)}),
+    "need-too-old": ("x.descr:10", {**described(PART + NEEDS_Y + SINCE + "1.0.1\n"),
+                                    **other(OF_Y)},
+                     {**described(PART + NEEDS_Y + SINCE + "1.0\n"), **other(OF_Y)}),
+    "need-alternative": ("x.descr:10", {**described(PART + NEEDS_Y + "NeedsType = t\n" +
+                                                    "NeedsType = u\n"), **other(OF_Y)},
+                         {**described(PART + NEEDS_Y + "NeedsType = t\n"), **other(OF_Y)}),
+    "need-ring": ("x.descr:8", {**described(PART + NEEDS_Y), **other(OF_Y + PART + NEEDS_C)},
+                  {**described(PART + NEEDS_Y),
+                   **other(OF_Y + PART + "SuppliersElsewhere = 1\n" + NEEDS_C)}),
+    "need-ring-step": ("y.descr:9", {**described(PART + NEEDS_Y), **other(OF_Y + PART + NEEDS_C)},
+                       {**described(PART + NEEDS_C), **other(OF_Y + PART + NEEDS_C)}),
+    "need-ring-possible": ("x.descr:8", {**described(PART + NEEDS_Y), **other(OF_Y, "z"),
+                                         **other(OF_Y + PART + NEEDS_C)},
+                           {**described(PART + NEEDS_Y), **other(OF_Y + PART + NEEDS_C)}),
+    "never-installable": ("x.descr:8", {**described(PART + NEEDS_Y), **other(OF_Y + PART + NEED)},
+                          {**described(PART + NEEDS_Y),
+                           **other(OF_Y + PART + "Ask = Really?\n" + NEED)}),
 
     # Suppressions.
     "allow-malformed": ("x.descr:6", described("# lint: allow value-empty:\nOwner =\n"),

@@ -11,8 +11,7 @@
 namespace morvane {
 
 // Identifier, severity, what is wrong, and what --explain adds: what comes of it and what to write
-// instead. The rows are in groups: reading, names, sense, archives,
-// messages, suppressions.
+// instead. The rows are in groups: reading, names, sense, archives, messages, needs, suppressions.
 inline constexpr auto CHECKS = std::to_array<report_rule>({
     // Reading a description.
     {"description-unreadable", severity::ERROR, "A description cannot be read.",
@@ -293,6 +292,37 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
      "are the same in every language: translated, they find nothing."},
     {"message-new-lines", severity::WARNING, "A translation begins or ends otherwise.",
      "New lines at the beginning or end keep texts apart, and are the same in every language."},
+
+    // Needs.
+    {"need-unmet", severity::WARNING, "A needed category that no product has.",
+     "Only what a host has already can meet the need: the operator is asked for a directory until "
+     "one will do. Correct the category, which is compared letter for letter; or add a product; or "
+     "give the directory where hosts have it with NeedsPath."},
+    {"need-on-host", severity::NOTE, "A need that is expected to be met on the host.",
+     "No product of the distribution meets it, but the description says where to look: NeedsPath "
+     "proposes a directory, or SuppliersElsewhere allows one of another host."},
+    {"need-type", severity::WARNING, "A needed type that no product of the category has.",
+     "The types are compared letter for letter, and a product without a Type has none. Correct the "
+     "NeedsType or the product's Type, or add a product."},
+    {"need-too-old", severity::ERROR, "A product that is needed is there, and too old.",
+     "It is not offered to the operator, who is asked for a directory instead and can only take "
+     "what has the version. A higher Version will do without the Patch. Lower NeedsVersion or "
+     "NeedsPatch, or bring the product up to date."},
+    {"need-alternative", severity::NOTE, "One of several needed types that no product meets.",
+     "The operator can choose it, and then is asked for a directory. The first of the types is the "
+     "one that is proposed."},
+    {"need-ring", severity::ERROR, "Products need each other.",
+     "The program reports it at the end of a run and goes on: one of them is installed before what "
+     "it needs. Move what is needed into a product of its own, or, where it is needed only later, "
+     "give the part SuppliersElsewhere."},
+    {"need-ring-step", severity::NOTE, "A further step of a ring of needs.",
+     "The ring is reported where it begins. It can be cut at any of its steps."},
+    {"need-ring-possible", severity::WARNING, "Products can be made to need each other.",
+     "Another supplier avoids the ring, but this one is offered as well, and the program reports "
+     "the ring only at the end of a run. Need a type or version that leaves the product out."},
+    {"never-installable", severity::WARNING, "A product that no selection can install.",
+     "What it needs is in the distribution, but needs something itself that is not. Look at the "
+     "findings of that product."},
 
     // Suppressions.
     {"allow-malformed", severity::ERROR, "A suppression that cannot be read.",

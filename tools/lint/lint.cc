@@ -5,6 +5,7 @@
 
 #include "lint/archives.h"
 #include "lint/names.h"
+#include "lint/needs.h"
 #include "lint/reading.h"
 #include "lint/sense.h"
 #include "platform/input_file.h"
@@ -79,6 +80,7 @@ void lint_distribution(const distribution& looked_at, finding_list& findings) {
   check_rule_names(looked_at, findings);
   check_common_sense(looked_at, findings);
   check_archives(looked_at, findings);
+  check_needs(looked_at, findings);
 }
 
 }  // namespace morvane
