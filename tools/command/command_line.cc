@@ -18,6 +18,10 @@ constexpr int FIRST_LONG_OPTION = 256;
 constexpr int HELP = 'h';
 constexpr int VERSION = 'V';
 
+bool is_short(const command_option& option) {
+  return option.name.size() == 1;
+}
+
 void print_option(const std::string& option, const std::string& help) {
   std::printf("  %-24s %s\n", option.c_str(), help.c_str());
 }
@@ -26,8 +30,13 @@ void print_help(const command& described) {
   std::printf("usage: %s [OPTION]... %s\n%s\n\n", described.name.c_str(),
               described.operands.c_str(), described.purpose.c_str());
   for (const command_option& option : described.options) {
-    const std::string argument = option.argument.empty() ? "" : "=" + option.argument;
-    print_option("--" + option.name + argument, option.help);
+    if (is_short(option)) {
+      print_option("-" + option.name + (option.argument.empty() ? "" : " ") + option.argument,
+                   option.help);
+    } else {
+      print_option("--" + option.name + (option.argument.empty() ? "" : "=") + option.argument,
+                   option.help);
+    }
   }
   print_option("-C DIRECTORY", "work in DIRECTORY");
   print_option("--help", "print this");
@@ -39,12 +48,32 @@ std::vector<option> long_options(const command& described) {
   int value = FIRST_LONG_OPTION;
   for (const command_option& option : described.options) {
     const int argument = option.argument.empty() ? no_argument : required_argument;
-    options.push_back({option.name.c_str(), argument, nullptr, value++});
+    if (!is_short(option)) options.push_back({option.name.c_str(), argument, nullptr, value});
+    ++value;
   }
   options.push_back({"help", no_argument, nullptr, HELP});
   options.push_back({"version", no_argument, nullptr, VERSION});
   options.push_back({nullptr, 0, nullptr, 0});
   return options;
+}
+
+// Returns the short options as getopt_long takes them.
+std::string short_options(const command& described) {
+  std::string options = "C:";
+  for (const command_option& option : described.options) {
+    if (is_short(option)) options += option.name + (option.argument.empty() ? "" : ":");
+  }
+  return options;
+}
+
+// Returns the option that getopt_long has found, or null where it has said what is wrong.
+const command_option* find_option(const command& described, int found) {
+  if (found >= FIRST_LONG_OPTION) {
+    return &described.options[static_cast<std::size_t>(found - FIRST_LONG_OPTION)];
+  }
+  const auto option = std::ranges::find(described.options, std::string(1, static_cast<char>(found)),
+                                        &command_option::name);
+  return option == described.options.end() ? nullptr : &*option;
 }
 
 exit_status point_to_help(const command& described) {
@@ -58,8 +87,9 @@ std::variant<std::vector<std::string>, exit_status> parse_command_line(const com
                                                                        int count,
                                                                        char** arguments) {
   const std::vector<option> options = long_options(described);
+  const std::string letters = short_options(described);
   for (;;) {
-    const int found = getopt_long(count, arguments, "C:", options.data(), nullptr);
+    const int found = getopt_long(count, arguments, letters.c_str(), options.data(), nullptr);
     if (found == -1) break;
     if (found == HELP) {
       print_help(described);
@@ -74,12 +104,12 @@ std::variant<std::vector<std::string>, exit_status> parse_command_line(const com
       complain(described, std::string(optarg) + ": " + std::strerror(errno));
       return exit_status::WRONG_USE;
     }
-    if (found < FIRST_LONG_OPTION) return point_to_help(described);  // getopt has said why
-    const command_option& taken =
-        described.options[static_cast<std::size_t>(found - FIRST_LONG_OPTION)];
+    const command_option* taken = find_option(described, found);
+    if (taken == nullptr) return point_to_help(described);
     const std::string argument = optarg == nullptr ? "" : optarg;
-    if (taken.take(argument)) continue;
-    complain(described, "--" + taken.name + " does not take '" + argument + "'");
+    if (taken->take(argument)) continue;
+    complain(described,
+             (is_short(*taken) ? "-" : "--") + taken->name + " does not take '" + argument + "'");
     return point_to_help(described);
   }
   return std::vector<std::string>(arguments + optind, arguments + count);

@@ -13,7 +13,7 @@
 namespace morvane {
 
 struct command_option {
-  std::string name;      // without its hyphens
+  std::string name;      // without its hyphens; of one letter: a short option
   std::string argument;  // what the help calls it; empty: the option takes none
   std::string help;
   // Takes the argument; returns whether it will do.

@@ -145,4 +145,10 @@ std::optional<std::string> own_message_file() {
   return std::nullopt;
 }
 
+bool choose_messages(const std::string& directory) {
+  if (load_messages(directory + "/morvane.rsc")) return true;
+  const std::optional<std::string> own = own_message_file();
+  return own && load_messages(*own);
+}
+
 }  // namespace morvane

@@ -83,6 +83,10 @@ bool load_messages(const std::string& file);
 // Returns the message file that came with the command, or nothing where it is not there.
 std::optional<std::string> own_message_file();
 
+// Fills the message table, which has the keywords of descriptions, from the message file in
+// `directory`, else from the one that came with the command; returns whether there is one.
+bool choose_messages(const std::string& directory);
+
 }  // namespace morvane
 
 #endif  // MORVANE_DISTRIBUTION_DISTRIBUTION_H

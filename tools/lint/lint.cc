@@ -1,6 +1,5 @@
 #include "lint/lint.h"
 
-#include <optional>
 #include <string_view>
 
 #include "lint/archives.h"
@@ -57,12 +56,6 @@ void take_allowances(const distribution& of, finding_list& findings) {
 }
 
 }  // namespace
-
-bool choose_messages(const std::string& directory) {
-  if (load_messages(directory + "/morvane.rsc")) return true;
-  const std::optional<std::string> own = own_message_file();
-  return own && load_messages(*own);
-}
 
 void lint_description(const read_description& description, finding_list& findings) {
   if (description.outcome == read_outcome::MISSING) return;

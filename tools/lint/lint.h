@@ -2,16 +2,10 @@
 #ifndef MORVANE_LINT_LINT_H
 #define MORVANE_LINT_LINT_H
 
-#include <string>
-
 #include "distribution/distribution.h"
 #include "lint/finding_list.h"
 
 namespace morvane {
-
-// Fills the message table, which has the keywords of descriptions, from the message file in
-// `directory`, else from the one that came with the command; returns whether there is one.
-bool choose_messages(const std::string& directory);
 
 // Adds what is wrong with a description by itself.
 void lint_description(const read_description& description, finding_list& findings);

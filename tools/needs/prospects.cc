@@ -55,9 +55,9 @@ std::optional<std::vector<ring_step>> ring_through(std::size_t start,
     waiting.pop_front();
     for (const supplied_need& need : needs[here].needs) {
       for (const candidate& supplier : need.candidates) {
-        if (!is_usable(supplier) || is_elsewhere(need) || !edges(need, supplier)) continue;
         arrival& there = arrivals[supplier.product];
-        if (there.arrived) continue;
+        if (there.arrived || !is_usable(supplier) || is_elsewhere(need)) continue;
+        if (!edges(need, supplier)) continue;
         there = {{here, &need}, true};
         waiting.push_back(supplier.product);
       }

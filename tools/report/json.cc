@@ -31,6 +31,12 @@ void json_writer::member(std::string_view name, std::size_t number) {
   value(number);
 }
 
+void json_writer::flag(std::string_view name, bool is_set) {
+  key(name);
+  separate();
+  text_ += is_set ? "true" : "false";
+}
+
 void json_writer::begin(char bracket) {
   separate();
   text_ += bracket;

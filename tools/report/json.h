@@ -23,6 +23,9 @@ class json_writer {
   void member(std::string_view name, std::string_view text);
   void member(std::string_view name, std::size_t number);
 
+  // Adds a member that is true or false.
+  void flag(std::string_view name, bool is_set);
+
   // Returns what was built, and a newline.
   std::string text() const { return text_ + "\n"; }
 
