@@ -91,6 +91,10 @@ void wait_for_enter(const question& asked) {
   next_character(asked);
 }
 
+answer_source answers_of_operator() {
+  return byte_of_operator;
+}
+
 void take_answers_from(answer_source source) {
   answers = std::move(source);
 }

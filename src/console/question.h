@@ -58,8 +58,11 @@ void wait_for_enter(const question& asked);
 // are no more answers.
 using answer_source = std::function<int(const question& asked)>;
 
-// Takes the answers from `source` from now on. Until then the operator gives them: they come from
-// standard input, each byte after everything printed so far has reached the screen.
+// Returns the operator's answers: they come from standard input, each byte after everything printed
+// so far has reached the screen.
+answer_source answers_of_operator();
+
+// Takes the answers from `source` from now on. Until then the operator gives them.
 void take_answers_from(answer_source source);
 
 }  // namespace morvane

@@ -196,6 +196,23 @@ TEST(Answers, ComeFromWhoeverGivesThemInTheOperatorsPlace) {
   EXPECT_EQ(seen.result, "notext 100p100p30-30-30-30-30-");
 }
 
+TEST(Answers, OfTheOperatorCanBeListenedTo) {
+  use_test_messages();
+  const outcome seen = in_child("typed\n", [] {
+    std::string heard;
+    const answer_source of_operator = answers_of_operator();
+    take_answers_from([&](const question& asked) {
+      const int c = of_operator(asked);
+      if (c >= 0) heard += static_cast<char>(c);
+      return c;
+    });
+    const std::string answer = *ask({BUS_QUESTION, "What? "});
+    return answer + "," + heard;
+  });
+  EXPECT_EQ(seen.result, "typed,typed\n");
+  EXPECT_EQ(seen.out, "What? ");
+}
+
 TEST(Answers, ThatEndQuit) {
   use_test_messages();
   const outcome seen = in_child("y\n", [] {
