@@ -71,7 +71,7 @@ std::string plain(std::string_view text) {
 }
 
 // Returns `lines` between double quotes, in the middle below each other.
-std::string quoted(const std::vector<std::string>& lines) {
+std::string dot_string(const std::vector<std::string>& lines) {
   std::string text = "\"";
   for (const std::string& line : lines) {
     if (&line != &lines.front()) text += "\\n";
@@ -131,7 +131,7 @@ std::string edge_line(const picture& drawn, const picture_edge& edge) {
   for (const picture_need& why : edge.needs) whys.push_back(shown_why(why));
   std::string line = "  " + node_name(drawn, edge.from) + " -> " + node_name(drawn, edge.to) +
                      " [" + std::string(attributes_of(edge));
-  if (!whys.empty()) line += ", edgetooltip=" + quoted(whys);
+  if (!whys.empty()) line += ", edgetooltip=" + dot_string(whys);
   return line + "];\n";
 }
 
@@ -199,9 +199,9 @@ std::string dot_text(const picture& drawn) {
   for (std::size_t i = 0; i < drawn.nodes.size(); ++i) {
     const picture_node& node = drawn.nodes[i];
     if (!is_related[i]) continue;
-    text += "  " + node_name(drawn, i) + " [label=" + quoted(node.lines) + ", " +
+    text += "  " + node_name(drawn, i) + " [label=" + dot_string(node.lines) + ", " +
             std::string(style_of(node).attributes) +
-            ", tooltip=" + quoted({node.details.empty() ? node.lines.front() : node.details}) +
+            ", tooltip=" + dot_string({node.details.empty() ? node.lines.front() : node.details}) +
             "];\n";
   }
   for (const picture_edge& edge : drawn.edges) text += edge_line(drawn, edge);

@@ -18,10 +18,6 @@ namespace {
 using std::string;
 using std::string_view;
 
-string quoted(string_view text) {
-  return "'" + string(text) + "'";
-}
-
 // Returns the place of the last entry of `keyword` that belongs to the type opened at `opening`, or
 // `opening`.
 place_in_file place_in_type(const read_description& description, const place_in_file& opening,
