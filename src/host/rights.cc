@@ -18,7 +18,7 @@ void print_refusal(message_number whom, std::string_view who) {
 }
 
 bool check_owner(std::string_view user_name) {
-  if (real_user_name() == user_name || acts_as_superuser()) return true;
+  if (acts_as_superuser() || real_user_name() == user_name) return true;
   print_refusal(NO_RIGHTS_OWNER, user_name);
   return false;
 }

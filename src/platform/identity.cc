@@ -5,7 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <functional>
+#include <map>
 #include <new>
+#include <set>
 
 namespace morvane {
 
@@ -33,7 +36,12 @@ std::string name_of(const std::optional<user>& who) {
 }  // namespace
 
 std::optional<user> find_user(std::string_view name) {
-  return to_user(look_up(getpwnam, std::string(name).c_str()));
+  static std::map<std::string, user, std::less<>> known;
+  const auto remembered = known.find(name);
+  if (remembered != known.end()) return remembered->second;
+  const std::optional<user> found = to_user(look_up(getpwnam, std::string(name).c_str()));
+  if (found) known.emplace(name, *found);
+  return found;
 }
 
 std::optional<user> real_user() {
@@ -54,7 +62,11 @@ std::string effective_group_name() {
 }
 
 bool group_exists(std::string_view name) {
-  return look_up(getgrnam, std::string(name).c_str()) != nullptr;
+  static std::set<std::string, std::less<>> known;
+  if (known.contains(name)) return true;
+  const bool found = look_up(getgrnam, std::string(name).c_str()) != nullptr;
+  if (found) known.emplace(name);
+  return found;
 }
 
 bool started_by_superuser() {

@@ -1,4 +1,6 @@
-// Who runs the program, and which users and groups the host knows.
+// Who runs the program, and which users and groups the host knows. A name that the host knows is
+// looked up once in a run, as the same few are asked for with every product; one that it does not
+// know is looked up again each time, since the operator may add it while a question waits.
 #ifndef MORVANE_PLATFORM_IDENTITY_H
 #define MORVANE_PLATFORM_IDENTITY_H
 

@@ -1,5 +1,6 @@
 #include "platform/identity.h"
 
+#include <dlfcn.h>
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
@@ -8,8 +9,45 @@
 #include "platform/shell.h"
 #include "support/child.h"
 
+namespace {
+
+// What the host is made to know besides its own users and groups; null: nothing.
+const char* added_name = nullptr;
+int lookups = 0;  // by name
+
+}  // namespace
+
+// Stand in for the library's functions in this program, so that the tests can add a user or a group
+// and count.
+extern "C" passwd* getpwnam(const char* name) {
+  ++lookups;
+  static auto* const real = reinterpret_cast<decltype(&getpwnam)>(dlsym(RTLD_NEXT, "getpwnam"));
+  static char home[] = "/home/added";
+  static passwd added{};
+  if (added_name == nullptr || std::string_view(added_name) != name) return real(name);
+  added.pw_name = const_cast<char*>(added_name);
+  added.pw_dir = home;
+  return &added;
+}
+
+extern "C" group* getgrnam(const char* name) {
+  ++lookups;
+  static auto* const real = reinterpret_cast<decltype(&getgrnam)>(dlsym(RTLD_NEXT, "getgrnam"));
+  static group added{};
+  return added_name != nullptr && std::string_view(added_name) == name ? &added : real(name);
+}
+
 namespace morvane {
 namespace {
+
+// Has the host know `name` as long as it lives, and counts look-ups from then on.
+struct host_that_knows {
+  explicit host_that_knows(const char* name) {
+    added_name = name;
+    lookups = 0;
+  }
+  ~host_that_knows() { added_name = nullptr; }
+};
 
 // Returns what the host's own tool says.
 std::string said_by(const std::string& command) {
@@ -57,6 +95,42 @@ TEST(Identity, GroupsAreKnownByName) {
   EXPECT_FALSE(group_exists("no-such-group"));
   EXPECT_FALSE(group_exists(""));
   EXPECT_FALSE(group_exists("0"));
+}
+
+TEST(Identity, AKnownUserIsLookedUpOnce) {
+  const host_that_knows added("user-looked-up-once");
+  for (int i = 0; i < 3; ++i) {
+    const std::optional<user> found = find_user("user-looked-up-once");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, "user-looked-up-once");
+    EXPECT_EQ(found->home, "/home/added");
+  }
+  EXPECT_EQ(lookups, 1);
+}
+
+TEST(Identity, AKnownGroupIsLookedUpOnce) {
+  const host_that_knows added("group-looked-up-once");
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(group_exists("group-looked-up-once"));
+  EXPECT_EQ(lookups, 1);
+}
+
+TEST(Identity, AUserAddedDuringTheRunIsFound) {
+  EXPECT_FALSE(find_user("late-user"));
+  const host_that_knows added("late-user");
+  EXPECT_TRUE(find_user("late-user"));
+}
+
+TEST(Identity, AGroupAddedDuringTheRunIsFound) {
+  EXPECT_FALSE(group_exists("late-group"));
+  const host_that_knows added("late-group");
+  EXPECT_TRUE(group_exists("late-group"));
+}
+
+TEST(Identity, UsersAndGroupsAreRememberedApart) {
+  const host_that_knows added("both");
+  EXPECT_TRUE(find_user("both"));
+  EXPECT_TRUE(group_exists("both"));
+  EXPECT_EQ(lookups, 2);
 }
 
 TEST(Identity, TheNamesAreThoseThatTheHostGives) {
