@@ -13,6 +13,10 @@ namespace {
 
 using std::string_view;
 
+// From this size on a text that outgrows its room gets enough for the rest of the file, so that it
+// is copied but once. Pages of it that are never written to cost nothing.
+constexpr std::size_t LARGE_TEXT = 4096;
+
 void store_description_state(description& d, string_view value) {
   d.record.descr_avail = number_or_zero(value);
   if (d.record.descr_avail == 0) {
@@ -120,9 +124,9 @@ const std::array<keyword, KEYWORD_COUNT> KEYWORDS = {{
      [](description& d, string_view v) { d.record.category = v; }},
     {KEYWORD_TYPE, scope::PRODUCT, [](description& d, string_view v) { d.record.type = v; }},
     {KEYWORD_ABSTRACT, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.abstract, v); }},
+     [](description& d, string_view v) { append_text(d.record.abstract, v, d.to_come); }},
     {KEYWORD_HARDWARE, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.hardware, v); }},
+     [](description& d, string_view v) { append_text(d.record.hardware, v, d.to_come); }},
     {KEYWORD_TARGET, scope::NEW_TARGET, open_target},
     {KEYWORD_SUPPLIERS_ELSEWHERE, scope::TARGET,
      [](description& d, string_view v) { d.target()->need_no_install = number_or_zero(v); }},
@@ -148,27 +152,29 @@ const std::array<keyword, KEYWORD_COUNT> KEYWORDS = {{
     {KEYWORD_REQUIRED_PATCHES, scope::PRODUCT, store_patches},
     {KEYWORD_PATH, scope::PRODUCT, [](description& d, string_view v) { d.record.path = v; }},
     {KEYWORD_PATH_INFO, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.path_info, v); }},
+     [](description& d, string_view v) { append_text(d.record.path_info, v, d.to_come); }},
     {KEYWORD_PATH_VARIABLE, scope::PRODUCT,
      [](description& d, string_view v) { d.record.path_env_var = v; }},
     {KEYWORD_OWNER, scope::PRODUCT, [](description& d, string_view v) { d.record.owner = v; }},
     {KEYWORD_OWNER_INFO, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.owner_info, v); }},
+     [](description& d, string_view v) { append_text(d.record.owner_info, v, d.to_come); }},
     {KEYWORD_GROUP, scope::PRODUCT, [](description& d, string_view v) { d.record.group = v; }},
     {KEYWORD_GROUP_INFO, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.group_info, v); }},
+     [](description& d, string_view v) { append_text(d.record.group_info, v, d.to_come); }},
     {KEYWORD_ACCESS_INFO, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.other_access_info, v); }},
+     [](description& d, string_view v) { append_text(d.record.other_access_info, v, d.to_come); }},
     {KEYWORD_NEEDED_TOOLS, scope::PRODUCT,
-     [](description& d, string_view v) { append_text(d.record.needed_tools, v); }},
+     [](description& d, string_view v) { append_text(d.record.needed_tools, v, d.to_come); }},
     {KEYWORD_FIXED_OWNERS, scope::FIXED_LIST,
      [](description& d, string_view v) { store_fixed_names(d, d.record.fix_owner, v); }},
     {KEYWORD_FIXED_GROUPS, scope::FIXED_LIST,
      [](description& d, string_view v) { store_fixed_names(d, d.record.fix_group, v); }},
 }};
 
-void append_text(long_text& text, string_view added) {
+void append_text(long_text& text, string_view added, std::size_t to_come) {
   if (text) {
+    const std::size_t size = text->size() + 1 + added.size();
+    if (size > LARGE_TEXT && size > text->capacity()) text->reserve(size + to_come);
     *text += '\n';
     *text += added;
   } else {

@@ -31,6 +31,7 @@ struct description {
   std::size_t categories = 0;  // of the last target
   std::size_t types = 0;       // of the last category dependency
   bool fixed_lists_disabled = false;
+  std::size_t to_come = 0;  // bytes of the file behind the entry
 
   target_dep* target() const { return last(record.target_dep, targets); }
   category_dep* category() const {
@@ -58,8 +59,9 @@ inline constexpr std::size_t KEYWORD_COUNT = 34;
 // The keywords in the order in which they are tried: where two texts are equal, the first counts.
 extern const std::array<keyword, KEYWORD_COUNT> KEYWORDS;
 
-// Appends `added` to `text` as a further line; to an absent text as its first.
-void append_text(long_text& text, std::string_view added);
+// Appends `added` to `text` as a further line; to an absent text as its first. `to_come` is about
+// how many bytes may still be appended.
+void append_text(long_text& text, std::string_view added, std::size_t to_come = 0);
 
 }  // namespace morvane
 

@@ -113,7 +113,7 @@ class parser {
   void read_entry() {
     place_ = file_.place();
     word_.clear();
-    while (is_keyword_character(file_.peek())) word_ += static_cast<char>(file_.get());
+    file_.read_while([](int c) { return is_keyword_character(c); }, word_);
     const keyword* entry = find_keyword();
     if (entry == nullptr) {
       report(fault_kind::UNKNOWN_KEYWORD);
@@ -123,6 +123,7 @@ class parser {
     if (is_open(description_, *entry)) {
       const std::optional<fault_kind> fault = getvar(file_, value_, comment_);
       if (fault) report(*fault, entry->number);
+      description_.to_come = file_.to_come();
       entry->store(description_, value_);
       hand_over(entry->number, value_);
       return;

@@ -13,7 +13,7 @@ constexpr std::size_t LINE_LIMIT = LONGEST_VALUE + 1;
 
 // Takes blanks, tabs and the like up to the next newline or other character.
 void skip_blanks(input_file& file) {
-  while (is_blank(file.peek())) file.get();
+  file.skip_while([](int c) { return is_blank(c); });
 }
 
 // Reads a quoted value behind its opening quote. The rest of its line is dropped.

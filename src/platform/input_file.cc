@@ -1,5 +1,6 @@
 #include "platform/input_file.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,22 +19,27 @@ constexpr std::size_t BLOCK_SIZE = 65536;
 
 input_file::input_file(const std::string& path) : file_(open_for_reading(path)) {
   if (!is_open()) error_ = errno;
+  struct stat status;
+  if (is_open() && fstat(file_.number(), &status) == 0 && S_ISREG(status.st_mode)) {
+    size_ = static_cast<std::size_t>(status.st_size);
+  }
 }
 
 bool input_file::read_block() {
   if (ended_ || !is_open()) return false;
   before_block_ = offset();
-  block_.resize(BLOCK_SIZE);
-  const ssize_t count = read_uninterrupted(file_, block_.data(), block_.size());
+  // Not filled with zeros: most files are much shorter.
+  if (!block_) block_ = std::make_unique_for_overwrite<char[]>(BLOCK_SIZE);
+  const ssize_t count = read_uninterrupted(file_, block_.get(), BLOCK_SIZE);
   if (count < 0) error_ = errno;
   ended_ = count <= 0;
-  next_ = block_.data();
+  next_ = block_.get();
   end_ = next_ + std::max<ssize_t>(count, 0);
   return !ended_;
 }
 
 void input_file::read_word(std::string& word) {
-  for (int c; (c = peek()) != END && !is_white_space(c);) word += static_cast<char>(get());
+  read_while([](int c) { return !is_white_space(c); }, word);
 }
 
 void input_file::read_line(std::size_t limit, std::string& line) {

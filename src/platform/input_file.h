@@ -2,10 +2,11 @@
 #ifndef MORVANE_PLATFORM_INPUT_FILE_H
 #define MORVANE_PLATFORM_INPUT_FILE_H
 
+#include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/file.h"
 
@@ -51,6 +52,31 @@ class input_file {
   // Returns the place of the next byte.
   place_in_file place() const { return {line_, offset() - line_start_ + 1}; }
 
+  // Returns how many bytes are to come, by the size of the file when it was opened; 0 where that
+  // tells nothing.
+  std::size_t to_come() const { return size_ - std::min(size_, offset()); }
+
+  // Takes the bytes up to the next that is not `accepted` and appends them to `taken`. A newline
+  // must not be accepted.
+  template <typename Predicate>
+  void read_while(Predicate accepted, std::string& taken) {
+    while (peek() != END) {
+      const char* end = end_of_run(accepted);
+      taken.append(next_, static_cast<std::size_t>(end - next_));
+      next_ = end;
+      if (end != end_) return;
+    }
+  }
+
+  // As `read_while`, dropping what it takes.
+  template <typename Predicate>
+  void skip_while(Predicate accepted) {
+    while (peek() != END) {
+      next_ = end_of_run(accepted);
+      if (next_ != end_) return;
+    }
+  }
+
   // Takes the bytes up to the next white space and appends them to `word`.
   void read_word(std::string& word);
 
@@ -64,9 +90,16 @@ class input_file {
  private:
   bool read_block();
 
+  // Returns the first byte of the block that is not `accepted`, or its end.
+  template <typename Predicate>
+  const char* end_of_run(Predicate accepted) const {
+    const auto refused = [&](char c) { return !accepted(static_cast<unsigned char>(c)); };
+    return std::find_if(next_, end_, refused);
+  }
+
   // Returns the number of bytes that were taken.
   std::size_t offset() const {
-    return before_block_ + static_cast<std::size_t>(next_ - block_.data());
+    return before_block_ + static_cast<std::size_t>(next_ - block_.get());
   }
 
   void begin_line() {
@@ -77,8 +110,9 @@ class input_file {
   descriptor file_;
   int error_ = 0;
   bool ended_ = false;
-  std::vector<char> block_;
-  const char* next_ = block_.data();
+  std::size_t size_ = 0;  // when the file was opened
+  std::unique_ptr<char[]> block_;
+  const char* next_ = nullptr;
   const char* end_ = next_;
   std::size_t before_block_ = 0;  // bytes of the file before the block
   std::size_t line_ = 1;          // of the next byte

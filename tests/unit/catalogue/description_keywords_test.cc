@@ -188,5 +188,16 @@ TEST(AppendedText, IsAFurtherLine) {
   EXPECT_EQ(other, "a");
 }
 
+TEST(AppendedText, HasRoomForTheRestOfTheFileOnceItIsLarge) {
+  constexpr std::size_t TO_COME = 100000;
+  const std::string long_line(5000, 'x');
+  long_text text = "first";
+  append_text(text, "second", TO_COME);
+  EXPECT_LT(text->capacity(), TO_COME);
+  append_text(text, long_line, TO_COME);
+  EXPECT_TRUE(text == "first\nsecond\n" + long_line);
+  EXPECT_GE(text->capacity(), text->size() + TO_COME);
+}
+
 }  // namespace
 }  // namespace morvane

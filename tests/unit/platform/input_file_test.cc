@@ -71,6 +71,49 @@ TEST(InputFile, ReadsAWordUpToWhiteSpaceOrTheEnd) {
   EXPECT_EQ(word, ">onetwo\377last");
 }
 
+TEST(InputFile, ReadsAndSkipsARunOfBytesAcrossBlocks) {
+  constexpr std::size_t BLOCK = 65536;
+  const auto is_x = [](int c) { return c == 'x'; };
+  const scratch_directory here;
+  write_file("runs", of(BLOCK + 1, 'x') + "\377" + of(2 * BLOCK, 'x'));
+  input_file file("runs");
+  std::string run = ">";
+  file.read_while(is_x, run);
+  EXPECT_TRUE(run == ">" + of(BLOCK + 1, 'x'));
+  file.read_while(is_x, run);
+  file.skip_while(is_x);
+  EXPECT_EQ(file.get(), 255);
+  EXPECT_TRUE(run == ">" + of(BLOCK + 1, 'x'));
+  file.skip_while([](int c) { return c == 'y'; });
+  EXPECT_EQ(file.peek(), 'x');
+  file.skip_while(is_x);
+  EXPECT_EQ(file.place().column, 3 * BLOCK + 3);
+  EXPECT_EQ(file.peek(), input_file::END);
+  file.read_while(is_x, run);
+  file.skip_while(is_x);
+  EXPECT_EQ(file.get(), input_file::END);
+}
+
+TEST(InputFile, TellsHowMuchIsToComeOfTheSizeThatItHad) {
+  const scratch_directory here;
+  write_file("bytes", "1234");
+  input_file file("bytes");
+  EXPECT_EQ(file.to_come(), 4u);
+  file.get();
+  EXPECT_EQ(file.to_come(), 3u);
+  write_file("bytes", "1234567890");
+  EXPECT_EQ(rest_of(file), "234567890");
+  EXPECT_EQ(file.to_come(), 0u);
+}
+
+TEST(InputFile, OfNoSizeTellsNothingOfWhatIsToCome) {
+  const scratch_directory here;
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  EXPECT_EQ(input_file("pipe").to_come(), 0u);
+  EXPECT_EQ(input_file(".").to_come(), 0u);
+  EXPECT_EQ(input_file("missing").to_come(), 0u);
+}
+
 TEST(InputFile, ReadsALineUpToItsLimit) {
   const scratch_directory here;
   write_file("lines", "abc\ndefgh\nlast");
