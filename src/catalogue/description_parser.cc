@@ -84,8 +84,9 @@ class parser {
 
   // Returns the keyword that was read, or null where it is none of the table's.
   const keyword* find_keyword() const {
+    const string_view word = word_;
     for (std::size_t i = 0; i < texts_.size(); ++i) {
-      if (texts_[i] != word_) continue;
+      if (texts_[i] != word) continue;
       const bool disabled =
           KEYWORDS[i].needs == scope::FIXED_LIST && description_.fixed_lists_disabled;
       if (!disabled) return &KEYWORDS[i];

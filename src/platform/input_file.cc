@@ -47,8 +47,9 @@ void input_file::read_line(std::size_t limit, std::string& line) {
     const std::size_t reach = std::min(limit, static_cast<std::size_t>(end_ - next_));
     const void* newline = std::memchr(next_, '\n', reach);
     const char* taken = newline == nullptr ? next_ + reach : static_cast<const char*>(newline) + 1;
-    line.append(next_, taken);
-    limit -= static_cast<std::size_t>(taken - next_);
+    const auto count = static_cast<std::size_t>(taken - next_);
+    line.append(next_, count);
+    limit -= count;
     next_ = taken;
     if (newline == nullptr) continue;
     begin_line();

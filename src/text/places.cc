@@ -8,9 +8,9 @@ namespace {
 
 // Returns the name in the braces that `text` begins with, empty where it begins with none.
 std::string_view leading_name(std::string_view text) {
+  if (!text.starts_with('{')) return {};
   const std::size_t close = text.find('}');
-  if (!text.starts_with('{') || close == std::string_view::npos) return {};
-  return text.substr(1, close - 1);
+  return close == std::string_view::npos ? "" : text.substr(1, close - 1);
 }
 
 // Takes the braces with `name` off the head of `text`.
@@ -18,9 +18,10 @@ void remove_name(std::string_view& text, std::string_view name) {
   text.remove_prefix(name.size() + 2);
 }
 
-// Returns the first entry of `list` that is called `name`, or null.
+// Returns the first entry of `list` that is called `name`, or null. None has an empty name.
 template <typename Entry>
 const Entry* find_named(const std::vector<Entry>& list, std::string_view name) {
+  if (name.empty()) return nullptr;
   const auto found = std::find_if(list.begin(), list.end(),
                                   [&](const Entry& entry) { return entry.name == name; });
   return found == list.end() ? nullptr : &*found;
