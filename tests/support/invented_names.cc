@@ -9,8 +9,12 @@
 namespace {
 
 const char* home = "/home/x";
+const char* one_more = nullptr;
+int lookups = 0;
 
 bool is_invented(const char* name) {
+  ++lookups;
+  if (one_more != nullptr && std::strcmp(name, one_more) == 0) return true;
   return *name == 'x' && std::strspn(name, "x$^") == std::strlen(name);
 }
 
@@ -40,6 +44,14 @@ namespace morvane {
 
 void set_home_of_invented(const char* directory) {
   home = directory;
+}
+
+void set_invented_name(const char* name) {
+  one_more = name;
+}
+
+int lookups_by_name() {
+  return lookups;
 }
 
 }  // namespace morvane

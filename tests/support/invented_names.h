@@ -9,6 +9,12 @@ namespace morvane {
 // then knows such a user, and such a group, of every length.
 void set_home_of_invented(const char* directory);
 
+// Invents a user and a group `name` besides, and no others but those where it is null.
+void set_invented_name(const char* name);
+
+// Returns how often users and groups were looked up by name so far.
+int lookups_by_name();
+
 }  // namespace morvane
 
 #endif  // MORVANE_TESTS_SUPPORT_INVENTED_NAMES_H
