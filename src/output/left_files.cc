@@ -36,17 +36,17 @@ bool leaves_files(const product& record) {
 }  // namespace
 
 bool check_uid_diff(const product& record, std::string& old_name) {
-  if (!leaves_files(record) || !acts_as_superuser()) return false;
   old_name = effective_user_name();
-  return record.owner != old_name && !stands_in(record.fix_owner, old_name) &&
+  return leaves_files(record) && acts_as_superuser() && record.owner != old_name &&
+         !stands_in(record.fix_owner, old_name) &&
          !stands_in_targets(record, &target_dep::fix_owner, old_name);
 }
 
 // Unlike with owners, an ordinary user's files are handed on too: he may belong to both groups.
 bool check_gid_diff(const product& record, std::string& old_name) {
-  if (!leaves_files(record)) return false;
   old_name = effective_group_name();
-  return record.group != old_name && !stands_in(record.fix_group, old_name) &&
+  return leaves_files(record) && record.group != old_name &&
+         !stands_in(record.fix_group, old_name) &&
          !stands_in_targets(record, &target_dep::fix_group, old_name);
 }
 

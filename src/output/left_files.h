@@ -8,9 +8,9 @@
 
 namespace morvane {
 
-// Tell whether the files that belong to the effective user or group under the path of `record`,
-// left there by the product's own targets for example, must be given to the product's owner or
-// group. Where they must, `old_name` is the name of that user or group.
+// Store the name of the effective user or group in `old_name` and tell whether the files that
+// belong to it under the path of `record`, left there by the product's own targets for example,
+// must be given to the product's owner or group.
 bool check_uid_diff(const product& record, std::string& old_name);
 bool check_gid_diff(const product& record, std::string& old_name);
 
