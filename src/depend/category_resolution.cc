@@ -48,8 +48,13 @@ class category_dialogue {
     const scanned_slots scanned = read_all_descr_files(table_, directory.path);
     const bool refused = directory.exists && offer_from_directory(wanted, directory.path, scanned);
     if (settled()) return;
+    // With them goes the mark that the directory was read: another attempt reads it again, unless a
+    // product of this run goes there.
     give_back(scanned);
+    // The directory as it is stands in only where nothing fitted there, not for what was refused.
     if (refused) return;
+    // No slot even for what nothing describes. Without the full stop and the newline of
+    // `report_full_table`: morvane(1) explains the two texts apart.
     if (scanned.first == TABLE_SIZE) {
       diagnose(
           fill("%s: More than %d product entries, array overflow", {PROGRAM_NAME, TABLE_SIZE}));
@@ -76,6 +81,7 @@ class category_dialogue {
     if (types.size() <= 1) return;
     for (;;) {
       const std::optional<std::string> answer = ask(type_question(types));
+      // Enter alone: the choice stays, which is the first type until another one was named.
       if (!answer) return;
       for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i]->type != *answer) continue;
@@ -92,6 +98,7 @@ class category_dialogue {
     for (std::size_t i = 0; i < types.size(); ++i) {
       asked.text += fill(i == 0 ? "%s" : ", %s", {types[i]->type});
     }
+    // There is one: a description chooses its first type as it is read.
     asked.proposal = chosen_alternative(category_)->type;
     asked.text += fill(" : (%s) ", {asked.proposal});
     return asked;
@@ -159,13 +166,16 @@ class category_dialogue {
   // Puts the product that the operator says is in `directory` into `slot`, as far as it can be
   // known, and asks whether to take it.
   void add_discovered(const requirement& wanted, const chosen_path& directory, product& slot) {
+    // The identifier stays empty: by that `described_version` knows that nothing describes it.
     init_product(slot);
     slot.install = product_state::INSTALLED;
     slot.category = category_.category;
     slot.type = wanted.type.value_or("");
     slot.path = directory.path;
+    // Later questions and the settings file have no other name for it.
     slot.full_name = category_.text.view();
 
+    // As it stands: of a directory that is not on this host nothing can be found wrong.
     verdict found;
     if (directory.exists) {
       found = examine_discovered(wanted, slot);
@@ -186,12 +196,14 @@ class category_dialogue {
   }
 
   // Stores the installed version in `slot` and returns how it compares. The comparison looks the
-  // version up once more, as for any product without an identifier, with all its questions.
+  // version up once more, as for any product without an identifier, with all its questions. An
+  // unknown version will do here: mostly nothing describes what is taken like this.
   static verdict examine_discovered(const requirement& wanted, product& slot) {
     slot.release = get_version(nullptr, slot.path, wanted.category, wanted.type);
     verdict found = examine(slot, wanted, in_doubt::ACCEPT, get_version);
     const bool version_known =
         found.version == version_check::SATISFIED || found.version == version_check::TOO_OLD;
+    // No need asks for this type, so that the record is not offered where a type is wanted.
     if (!version_known) slot.type = r[TYPE_UNKNOWN];
     return found;
   }

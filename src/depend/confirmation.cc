@@ -38,6 +38,8 @@ void print_candidate_name(const product& candidate) {
   }
 }
 
+// Each of the two is checked as one name, though output/left_files finds several in it. An empty
+// entry is not the same as none: it is checked as an empty name.
 bool may_give_files(const target_dep& target) {
   return check_chown_rights(target.fix_owner, target.fix_group);
 }
@@ -113,6 +115,7 @@ bool new_installation(const product& record, target_dep& target) {
 void re_installation(const product& record, target_dep& target) {
   const long_text& text = target.re_ask ? target.re_ask : target.ask;
   const question asked = target_question(KEYWORD_ASK_AGAIN, text.value_or(""), record, target);
+  // Not as with a new target: a later yes that can be followed ends the questions.
   for (;;) {
     const bool wanted = text && choose_y_or_n(asked);
     target.install = wanted ? target_state::WANTED : target_state::NOT_WANTED;

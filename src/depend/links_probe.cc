@@ -26,6 +26,8 @@ std::string ask_for_links(const std::string& proposal) {
   print(fill("\n%s\n%s\n%s (%s): ",
              {r[LINKS_FILE_MISSING_1], r[LINKS_FILE_MISSING_2], r[LINKS_FILE_QUESTION], proposal}));
   const question asked = {.number = LINKS_FILE_QUESTION, .proposal = proposal};
+  // An answer of the wrong form leaves the loop to the proposal, which may have come about
+  // meanwhile.
   std::string path = proposal;
   do {
     path = ask_string(asked).value_or(proposal);
@@ -53,6 +55,8 @@ std::string get_links_path(std::string links, std::optional<std::string_view> ba
   return on_host().exists(links) ? links : ask_for_links(links);
 }
 
+// The configuration file is a program, which the messages give its arguments; its status tells no
+// more than "1.3 or not".
 release get_kemo_version(std::string_view links) {
   const bool newer = run_command(
       fill("%s%s%s%s", {quote(links), r[LINKS_COMMAND_1], r[LINKS_COMMAND_2], r[LINKS_COMMAND_3]}));

@@ -15,7 +15,8 @@ namespace morvane {
 // base), else what the operator answers. The file exists.
 std::string get_links_path(std::string links, std::optional<std::string_view> base);
 
-// Returns the version of the tool with the configuration file `links`, by running the site's probe.
+// Returns the version of the tool with the configuration file `links`, by running that file with
+// the arguments that the message file gives.
 release get_kemo_version(std::string_view links);
 
 }  // namespace morvane

@@ -13,6 +13,7 @@ std::vector<need> needs_of(const product& record) {
     }
   }
   for (const needed_patch& patch : record.needed_patches) {
+    // Behind the end mark too (see `needed_patches`).
     if (patch.level >= 0) needs.push_back({.supplier = patch.supplier, .patch = &patch});
   }
   return needs;

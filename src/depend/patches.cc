@@ -57,6 +57,7 @@ void gen_possible(const product* record, const product_table& table, int patch,
 }
 
 void get_patch_depend(product_table& table, product* record, bool ask) {
+  // First, and without a word: a run calls this for every slot of the table, free ones too.
   if (record != nullptr && !on_host_after_run(*record)) return;
   if (refuse_product_mismatch(record, "get_patch_depend")) return;
   for (auto& [level, supplier] : record->needed_patches) {

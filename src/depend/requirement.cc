@@ -16,6 +16,7 @@ int known_or(int number, int required, bool& unknown) {
   return required;
 }
 
+// An unknown number counts as the required one, so that only what is known can be too old.
 version_check compare(const release& found, const release& required) {
   bool unknown = false;
   const release installed = {

@@ -15,6 +15,8 @@ namespace morvane {
 namespace {
 
 // Decides whether `target` is installed; returns false where that gives `record` up.
+// A product that was given up comes here in a third state, when its settings are asked for again:
+// its targets then stay as they are.
 bool decide_target(product& record, target_dep& target) {
   if (record.install == product_state::SELECTED_FOR_RECONFIGURATION) {
     re_installation(record, target);
@@ -48,6 +50,7 @@ void get_product_depend(product& record, product_table& table) {
 }
 
 void undo_get_product_depend(product& record, product_table& table, std::size_t first_free) {
+  // The products that stay keep the mark that their directory was read: it is not read again.
   for (product& found : std::span(table).subspan(first_free)) found.install = product_state::FREE;
   for (const auto& target : record.target_dep) {
     if (target == nullptr) continue;
