@@ -18,6 +18,7 @@ void diagnose_rejection(const description_fault& fault, std::string_view why) {
 
 }  // namespace
 
+// The misspelt words stay: the manual pages list these lines for whoever searches them.
 void diagnose_fault(const description_fault& fault) {
   switch (fault.kind) {
     case fault_kind::UNKNOWN_KEYWORD:

@@ -17,6 +17,7 @@ using std::string_view;
 // is copied but once. Pages of it that are never written to cost nothing.
 constexpr std::size_t LARGE_TEXT = 4096;
 
+// Behind a state other than 0 the fixed lists are no keywords: they would put theirs in its place.
 void store_description_state(description& d, string_view value) {
   d.record.descr_avail = number_or_zero(value);
   if (d.record.descr_avail == 0) {
@@ -64,6 +65,8 @@ void open_category(description& d, string_view value) {
   slot->category = value;
 }
 
+// There is always room (see `scope::NEW_TYPE`): a type too many is reported instead of counted, and
+// its entries are taken for the last one. The first type is what Enter alone chooses.
 void open_type(description& d, string_view value) {
   if (value.empty()) return;
   ++d.types;

@@ -37,6 +37,8 @@ void unselect(product& record) {
                                                              : product_state::INSTALLED;
 }
 
+// What is configured again has no state of its own once its settings are accepted: it counts from
+// its selection on.
 bool is_ordered(const product& record) {
   return record.install == product_state::CONFIGURED ||
          record.install == product_state::SELECTED_FOR_RECONFIGURATION;

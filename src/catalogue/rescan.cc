@@ -14,6 +14,7 @@ void report_full_table() {
 
 void read_installed_product(std::string_view descriptions, std::string_view identifier,
                             product& record) {
+  // One that cannot be read, which was reported, still tells by its name what is installed.
   read_product(descriptions, identifier, record);
   record.install = product_state::INSTALLED;
   record.settled.path = path_state::SCANNED;
@@ -32,6 +33,7 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
   if (scanned_before) return slots;
 
   const std::string descriptions = installed_products_directory(path);
+  // What cannot be listed was reported, and counts as nothing installed.
   for (const std::string& identifier : descriptions_in(descriptions).value_or(identifiers())) {
     const std::size_t slot = slots.first + slots.count;
     if (slot == TABLE_SIZE) {
