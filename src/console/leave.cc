@@ -16,6 +16,7 @@ void quit() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     diagnose_warning("standard output could not be written in full");
   }
+  // The status stays: with 0 the files are written, though perhaps nobody could read so.
   std::exit(return_code);
 }
 

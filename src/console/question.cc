@@ -61,6 +61,7 @@ question plain_question(message_number number) {
 
 bool choose_y_or_n(const question& asked) {
   for (;;) {
+    // Message files have a place in front of the question; it stays empty.
     print_with_cr(fill(YES_NO_QUESTION, "", asked.text, r[ANSWER_HINT]), screen_width());
     const line answer = read_line(asked, 1);
     if (answer.typed == 0) return true;
@@ -88,6 +89,7 @@ std::optional<std::string> ask_string(const question& asked, std::size_t longest
 
 void wait_for_enter(const question& asked) {
   print(asked.text);
+  // Not the whole line: what else stands there answers the next question, as morvane(1) warns.
   next_character(asked);
 }
 
