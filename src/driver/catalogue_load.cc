@@ -66,6 +66,7 @@ void load_installed_products(product_table& table) {
 }  // namespace
 
 void load_catalogue(product_table& table) {
+  // Where archives found no place nothing else does, and that was reported already.
   if (load_archives(table)) load_installed_products(table);
 }
 

@@ -33,6 +33,7 @@ void check_host() {
 void ask_for_settings(product& record, product_table& table) {
   print(fill("\nP r o d u c t : %s\n                %s\n",
              {product_name(record), product_version(record)}));
+  // An installed product stays where it is, and one that was given up is not asked for it again.
   if (record.install == product_state::SELECTED) get_product_path(&record);
   get_product_owner(&record, table);
   get_product_group(&record, table);
@@ -61,11 +62,15 @@ void configure_product(product& record, product_table& table) {
     ask_for_settings(record, table);
   }
 
+  // Only now: until the settings are accepted the path could still change.
   export_path_to_patch_depend(record);
+  // A product that was given up on the way is not.
   if (record.install == product_state::SELECTED) record.install = product_state::CONFIGURED;
   print(fill("\n%s\n", {r[RULER]}));
 }
 
+// Settles what can be before the first path is asked for: a patch goes where its original is. What
+// stays open is asked about with the settings of its product.
 void settle_patches(product_table& table) {
   for (product& record : table) get_patch_depend(table, &record, false);
 }

@@ -26,7 +26,8 @@ namespace morvane {
 namespace {
 
 // Opens each standard descriptor that is closed on /dev/null: a file opened later would otherwise
-// take its place, and dialogue or diagnostics would end up in it.
+// take its place, and dialogue or diagnostics would end up in it. From the lowest on, since the
+// lowest that is closed is what an open takes.
 void open_missing_descriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) std::_Exit(return_code);
@@ -65,6 +66,7 @@ void reset_what_commands_inherit() {
 // Keeps other runs out of the current directory until this one ends: they would overwrite each
 // other's files. Goes on without a lock where there can be none.
 void lock_current_directory() {
+  // Static: the lock ends with the descriptor.
   static const descriptor directory(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!directory.is_open() || flock(directory.number(), LOCK_EX | LOCK_NB) == 0) return;
   if (errno != EWOULDBLOCK) return;
@@ -95,6 +97,7 @@ void start_up() {
   signal(SIGXFSZ, SIG_IGN);
   reset_what_commands_inherit();
   load_messages();
+  // Behind the messages: whoever is kept out leaves with their farewell.
   lock_current_directory();
   if (!started_by_superuser()) warn_ordinary_user();
 }
