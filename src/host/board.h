@@ -1,4 +1,5 @@
-// The host's board and its bus, for distributions that install onto boards.
+// The host's board and its bus, for distributions that install onto boards. A run does not ask for
+// them by itself.
 #ifndef MORVANE_HOST_BOARD_H
 #define MORVANE_HOST_BOARD_H
 

@@ -18,6 +18,7 @@ namespace {
 constexpr const char* SYSTEM_COMMAND = "uname -sr | sed 's/\\..*$//;s/ //'";
 constexpr std::size_t LONGEST_SYSTEM_NAME = 17;
 
+// The digits of 4.1.1 and 1.1.1; see `release_number` for what a comparison with them comes to.
 constexpr int OLDEST_RELEASE_1 = 411;
 constexpr int OLDEST_RELEASE_2 = 111;
 
@@ -78,6 +79,7 @@ bool check_host_system() {
     diagnose(fill("%s %s\n", {r[HOST_NOT_IDENTIFIED], PROGRAM_NAME}));
     quit();
   }
+  // None is left out where another has failed: each tells what does not fit.
   const bool system_fits = check_system();
   const bool machine_fits = check_machine();
   const bool site_fits = check_site();

@@ -17,7 +17,8 @@ inline constexpr std::string_view MAKEFILE_NAME = "install.mk";
 bool check_chown_rights(std::optional<std::string_view> user_name,
                         std::optional<std::string_view> group_name);
 
-// Runs the site's own check of the operator's rights; ends the program where it fails.
+// Runs the site's own check of the operator's rights; ends the program where it fails. A run does
+// not make it by itself.
 void check_rights();
 
 }  // namespace morvane

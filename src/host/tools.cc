@@ -23,7 +23,8 @@ namespace {
 // Bounds the time that a long list of tools takes; a tool found beyond it is searched each time.
 constexpr std::size_t MOST_KNOWN_TOOLS = 100;
 
-// The tools that were found, so that none of them is searched again.
+// The tools that were found, so that none of them is searched again. A missing one is searched, and
+// thus reported, for each product that needs it.
 class known_tools {
  public:
   bool available(std::string_view tool) {
@@ -63,6 +64,7 @@ void check_standard_tools(known_tools& known) {
 bool misses_a_tool(const product& record, known_tools& known) {
   if (!record.needed_tools) return false;
   bool missing = false;
+  // A newline separates nothing: the tools of two entries meet in one word, as the manual tells.
   for (const std::string_view tool : split_words(*record.needed_tools, BLANKS)) {
     if (!known.available(tool)) missing = true;
   }
