@@ -10,6 +10,8 @@ namespace morvane {
 
 namespace {
 
+// What an earlier, longer list left behind the end mark does not count here; whoever selects the
+// product needs the rights for it all the same.
 bool stands_in(const std::array<name_text, FIXED_NAMES>& names, std::string_view name) {
   const auto end = std::find(names.begin(), names.end(), "");
   return std::find(names.begin(), end, name) != end;

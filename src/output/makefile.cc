@@ -39,6 +39,7 @@ void write_makefile(const installation_order& order) {
   };
   const bool written =
       write_generated_file(std::string(MAKEFILE_NAME), earlier_file::GOES, compose);
+  // First: without the directory nothing was composed, which counts as not written, too.
   if (!directory) leave_without_current_directory();
   if (!written) leave_without_file(MAKEFILE_NAME);
 }

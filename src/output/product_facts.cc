@@ -61,6 +61,7 @@ product_facts gather_facts(const product& record, std::string_view host_system) 
   facts.superuser = acts_as_superuser();
   facts.link_option = host_system == SYSTEM_WITH_LINK_OPTION;
   std::string old_name;
+  // `find`, which looks for them, takes a number as well.
   if (check_uid_diff(record, old_name)) facts.old_owner = name_or_number(old_name, geteuid());
   if (check_gid_diff(record, old_name)) facts.old_group = name_or_number(old_name, getegid());
   for (const std::string& file : files_to_copy(record)) {

@@ -37,6 +37,7 @@ inline constexpr std::string_view SEPARATOR = R"mk(
 )mk";
 
 // make works through the prerequisites from left to right: these lines are the order of the steps.
+// What was left loses its access first: the steps behind that change what it is found by.
 inline constexpr std::string_view MAIN_RULE =
     R"mk({new}{described}{id}: {id}-message {id}-new {id}-dat-file \
 {new}{!described}{id}: {id}-message {id}-new \

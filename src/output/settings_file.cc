@@ -41,6 +41,7 @@ std::string dependency_lines(const product& record) {
     for (const auto& category : target->category_dep) {
       if (category == nullptr) continue;
       const product* supplier = category->product;
+      // One that was given up after this product was settled is merely available again.
       if (supplier != nullptr && supplier->install >= product_state::CONFIGURED) {
         lines += supplier_lines(category->category, *supplier);
       } else {
