@@ -90,6 +90,7 @@ struct directory_entries {
 std::optional<file_names> get_files(std::string_view directory, std::string_view pattern) {
   const directory_entries entries{std::string(directory), std::string(pattern)};
   if (!exists(directory)) return file_names();
+  // The pattern has no quotes: the shell expands it.
   const auto listing = output_of(
       fill("cd %s; ls %s 1> %s 2> /dev/null", {quote(directory), pattern, scratch_file()}));
   if (listing) return entries.named_in(*listing);
@@ -105,6 +106,7 @@ std::optional<std::string> get_pwd() {
   directory->pop_back();
   if (directory->empty()) return std::nullopt;
 
+  // Of "/export/home/x" the candidate is "/home/x".
   const std::size_t second_slash = directory->find('/', directory->find('/') + 1);
   if (second_slash == std::string::npos) return directory;
   const std::string candidate = directory->substr(second_slash);

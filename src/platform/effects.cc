@@ -17,6 +17,7 @@ bool is_file(const std::string& name) {
 
 bool make_directory(const std::string& path) {
   const std::string word = quote(path);
+  // The status is that of chmod, which fails where no directory has come about.
   return run_command(fill("mkdir -p %s; chmod 755 %s", {word, word}));
 }
 

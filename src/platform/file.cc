@@ -43,6 +43,7 @@ descriptor open_for_writing(const std::string& path, bool& created) {
   descriptor file(open(path.c_str(), FLAGS | O_EXCL, AS_THE_MASK_ALLOWS));
   created = file.is_open();
   if (created) return file;
+  // As it is; where it is a link that leads nowhere, what it names is created.
   return descriptor(open(path.c_str(), FLAGS, AS_THE_MASK_ALLOWS));
 }
 
@@ -66,6 +67,7 @@ std::optional<std::string> read_rest(const descriptor& file) {
 }
 
 bool replace_content(const descriptor& file, std::string_view content) {
+  // A pipe or a device has no length to cut.
   const bool has_no_length = ftruncate(file.number(), 0) != 0;
   if (has_no_length && errno != EINVAL) return false;
   while (!content.empty()) {

@@ -10,6 +10,7 @@ output_file::output_file(std::string_view name, earlier_file earlier)
     : name_(name), earlier_(earlier) {
   bool created = false;
   file_ = open_for_writing(name_, created);
+  // An earlier file is not lost to a signal: nothing was written to it yet.
   if (created) remove_on_signal(name_);
   unwanted_ = created || (is_open() && earlier == earlier_file::GOES);
 }

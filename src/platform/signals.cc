@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::array SIGNALS = {SIGINT, SIGQUIT, SIGTERM, SIGHUP};
 
-// The two scratch files and the file being written. Changed only while the signals are held back.
+// The two scratch files and the file being written. Changed only while the signals are held back;
+// in fixed places, since a handler of signals can count on no other memory.
 std::array<text<64>, 3> files_to_remove;
 
 void remove_files() {
@@ -25,8 +26,8 @@ void remove_files() {
   }
 }
 
-// Gives a command that was just started a moment: its shell may be about to create a file that was
-// removed.
+// Gives a command that was just started a moment, at most a second: its shell may be about to
+// create a file that was removed.
 void await_command() {
   constexpr timespec MOMENT = {.tv_sec = 0, .tv_nsec = 10'000'000};
   for (int moments = 0; moments < 100 && waitpid(-1, nullptr, WNOHANG) == 0; ++moments) {

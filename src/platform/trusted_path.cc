@@ -22,6 +22,8 @@ bool is_trusted(uid_t owner) {
 
 // Tells whether somebody else may put another entry into the place of one in that directory.
 bool can_be_changed(const struct stat& directory) {
+  // There only two can replace an entry: the directory's owner, who is trusted, and its own, who is
+  // looked at next.
   if ((directory.st_mode & S_ISVTX) != 0) return false;
   const bool trusted_group = directory.st_gid == 0 || directory.st_gid == getegid();
   return (directory.st_mode & S_IWOTH) != 0 ||
@@ -36,6 +38,8 @@ void push_parts(std::vector<std::string>& parts, std::string_view path) {
 
 }  // namespace
 
+// Walks from the root as the system does, an entry at a time; what a link leads to comes before the
+// parts that are still to go.
 bool cannot_be_redirected(const std::string& path) {
   std::vector<std::string> parts;  // still to go, the next one last
   push_parts(parts, path);
@@ -53,6 +57,7 @@ bool cannot_be_redirected(const std::string& path) {
     } else if (!S_ISDIR(status.st_mode) || can_be_changed(status)) {
       return false;
     }
+    // What is reached holds no link any more, so that its parent is what its name says.
     while (!parts.empty() && (parts.back() == "." || parts.back() == "..")) {
       if (parts.back() == "..") reached = reached.parent_path();
       parts.pop_back();
