@@ -61,8 +61,8 @@ bool is_usable_answer(const ownership_question& about, std::string_view name) {
 }
 
 // Asks for an owner or a group until the answer is known and the operator may give files to it.
-// Enter alone takes `proposal` where that is known; otherwise it is checked, for the complaint, but
-// never accepted.
+// Enter alone takes `proposal` where that is usable; otherwise it counts as an empty name, which is
+// checked, for the complaint, but never accepted.
 std::string ask_for_name(const ownership_question& about, const product& record,
                          std::string_view proposal) {
   const bool has_default = is_usable(about, proposal);

@@ -92,6 +92,7 @@ bool is_writable(const std::string& path) {
 // its needed patches.
 const product* find_companion(const product& record) {
   for (const auto& [level, supplier] : record.needed_patches) {
+    // Unlike where needs are settled, the end mark ends the list (see `needed_patches`).
     if (level < 0) break;
     const bool settled = supplier != nullptr && on_host_after_run(*supplier) &&
                          supplier->settled.path != path_state::UNSETTLED;
@@ -136,6 +137,7 @@ void get_product_path(product* record) {
   print("\n");
   if (!record->path_env_var.empty()) {
     const char* value = std::getenv(record->path_env_var.c_str());
+    // An empty value counts: it takes the proposal away.
     if (value != nullptr) record->path = value;
   }
   if (record->path_info) {

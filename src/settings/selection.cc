@@ -45,7 +45,8 @@ void undo_selection(product_table& table) {
   }
 }
 
-// Prints the list of what can be selected; returns whether there is anything.
+// Prints the list of what can be selected; returns whether there is anything. The number of a
+// product is that of its slot, so that it is the same in every list.
 bool print_offer(const product_table& table) {
   print(fill("\n%s\n\n", {r[PRODUCT_LIST_HEADING]}));
   print("no. : state  product                                        version  patch\n");
@@ -130,6 +131,7 @@ bool may_install(const product& record, int number) {
     allowed = false;
     print(fill("%s %d !\n", {r[PRODUCT_REFUSED], number}));
   };
+  // All of them, those behind an end mark too: each name that is refused has its line.
   for (const name_text& owner : record.fix_owner) {
     if (!owner.empty() && !check_chown_rights(owner, std::nullopt)) refuse();
   }
