@@ -17,6 +17,7 @@ std::optional<int> leading_number(std::string_view value) {
   std::int64_t magnitude = 0;
   std::size_t digits = 0;
   for (; digits < value.size() && value[digits] >= '0' && value[digits] <= '9'; ++digits) {
+    // Kept at the bound, so that further digits cannot overflow it.
     magnitude = std::min(magnitude * 10 + (value[digits] - '0'), BEYOND_INT);
   }
   if (digits == 0) return std::nullopt;

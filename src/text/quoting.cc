@@ -10,7 +10,8 @@ namespace {
 constexpr std::string_view PLAIN_CHARACTERS =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,@~";
 
-// What make or the shell would interpret in a name, besides blanks and control characters.
+// What make or the shell would interpret in a name, besides blanks and control characters. "^" is a
+// pipe to the oldest shells.
 constexpr std::string_view SPECIAL_CHARACTERS = "'\"\\$;&|<>()*?[]{}!#%:=`^\177";
 
 }  // namespace

@@ -49,6 +49,8 @@ void put_pieces(frame& out, std::string_view message, std::size_t end) {
 
 }  // namespace
 
+// Takes line after line off the front, as long as more is left than fits: up to the last newline in
+// reach, else up to the last blank, else as much as fits.
 std::string wrap(std::string_view message, int width, std::string_view prefix,
                  std::string_view suffix) {
   std::string output;
