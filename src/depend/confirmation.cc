@@ -31,6 +31,7 @@ void print_patch_heading(const product& record, const product& candidate) {
 
 void print_candidate_name(const product& candidate) {
   const std::string_view shown = product_name(candidate);
+  // What was taken as it is, for a need without a text, has no name at all.
   if (shown.empty()) {
     print(fill("\t%s %s\n", {candidate.category, r[DEPENDENCY_CATEGORY_END]}));
   } else {
@@ -85,6 +86,7 @@ bool product_accept(const product& record, std::optional<std::string_view> targe
   if (candidate.install != product_state::SELECTED) {
     print(fill("\tdirectory : %s\n", {candidate.path}));
   }
+  // The heading of a need has named it.
   if (!target) print(fill("\tcategory  : %s\n", {candidate.category}));
   print(fill("\ttype      : %s\n", {candidate.type}));
   print(version_line(candidate));
