@@ -42,6 +42,7 @@ scanned_slots read_all_descr_files(product_table& table, std::string_view path) 
     }
     product& record = table[slot];
     read_installed_product(descriptions, identifier, record);
+    // A description only proposes a path; this is where the product lies.
     record.path = path;
     ++slots.count;
   }

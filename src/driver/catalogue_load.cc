@@ -57,6 +57,7 @@ void load_installed_products(product_table& table) {
     }
     product& record = table[slot++];
     read_installed_product(directory, identifier, record);
+    // A description only proposes a path; the product lies here.
     const std::optional<std::string> here = get_pwd();
     if (!here) leave_without_current_directory();
     record.path = *here;
