@@ -152,6 +152,7 @@ std::string product_rules(const product_facts& facts) {
   for (const auto& [stands, rule_text] : rules_of(facts)) {
     if (stands) text += rule_text;
   }
+  // What is put in here was filled by itself: it is not looked at again.
   return fill_text(text, facts,
                    {{"target steps", target_steps(facts)},
                     {"target rules", target_rules(facts)},

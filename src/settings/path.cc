@@ -24,6 +24,7 @@ std::string ask_for_path(const question& about) {
   const std::string text = about.proposal.empty()
                                ? fill("%s:\n", {about.text})
                                : fill("%s:\n(%s) ", {about.text, about.proposal});
+  // Here already: a question shows its text as it stands.
   asked.text = wrap(text, screen_width(), "", "");
   return ask(asked).value_or(std::string(about.proposal));
 }
