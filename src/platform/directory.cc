@@ -94,6 +94,7 @@ std::optional<file_names> get_files(std::string_view directory, std::string_view
   const auto listing = output_of(
       fill("cd %s; ls %s 1> %s 2> /dev/null", {quote(directory), pattern, scratch_file()}));
   if (listing) return entries.named_in(*listing);
+  // `ls` fails as well where nothing matches, which is no fault.
   if (!entries.any()) return file_names();
   diagnose_error(fill("directory '%s' cannot be listed", {directory}));
   return std::nullopt;

@@ -30,6 +30,7 @@ bool descriptor::close() {
 descriptor open_for_reading(const std::string& path) {
   descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status;
+  // What was opened is looked at, not the path: others may turn that elsewhere meanwhile.
   if (!file.is_open() || fstat(file.number(), &status) != 0) return descriptor();
   if (!is_other_device(status)) return file;
   file.close();

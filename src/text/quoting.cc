@@ -22,6 +22,7 @@ std::string quote(std::string_view value) {
   std::string quoted = "'";
   for (const char c : value) {
     if (c == '\'') {
+      // Nothing escapes it within single quotes: they end before it and begin anew behind it.
       quoted += "'\\''";
     } else {
       quoted += c;
