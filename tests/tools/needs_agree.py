@@ -192,6 +192,8 @@ class Operator:
         if patch:
             product = self.distribution.names[patch[-1]]
         candidate = re.findall(r"\n\t(\w+)\n", asked)[-1]
+        if candidate not in self.distribution.products:  # taken for another part, elsewhere
+            return "n"
         return "y" if self.accepts(product, candidate) else "n"
 
 

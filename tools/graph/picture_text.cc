@@ -97,6 +97,9 @@ std::string marked_up(std::string_view text) {
       case '"':
         shown += "&quot;";
         break;
+      case '\\':
+        shown += "\\\\";
+        break;
       default:
         shown += c;
     }
