@@ -4,7 +4,7 @@
     answers_runs.py BUILD_DIRECTORY [CASE...]
 
 What is recorded must look as the run itself, byte for byte, and what is played must leave the same
-files. Runs that differ are listed in DIFFERENT, with the reason; one that differs no more is a fault.
+files and directories.
 """
 
 import concurrent.futures
@@ -21,10 +21,6 @@ import run_case  # noqa: E402 (it lies beside the golden runs)
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 ANSWERS = BUILD / "tests/morvane_answers_without_pauses"
-
-DIFFERENT = {
-}
-
 
 def fresh(case, settings):
     root = pathlib.Path(tempfile.mkdtemp(prefix="morvane-run-", dir="/tmp"))
