@@ -38,8 +38,9 @@ std::optional<earlier_state> state_of(const std::string& name) {
 }
 
 bool is_as_before(const earlier_state& before, const earlier_state& now) {
-  return before.link == now.link && before.content == now.content && before.mode == now.mode &&
-         before.owner == now.owner && before.group == now.group;
+  return before.foreign == now.foreign && before.link == now.link &&
+         before.content == now.content && before.mode == now.mode && before.owner == now.owner &&
+         before.group == now.group;
 }
 
 bool put_back_content(const earlier_state& before) {
