@@ -25,15 +25,6 @@ namespace morvane {
 
 namespace {
 
-// Opens each standard descriptor that is closed on /dev/null: a file opened later would otherwise
-// take its place, and dialogue or diagnostics would end up in it. From the lowest on, since the
-// lowest that is closed is what an open takes.
-void open_missing_descriptors() {
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) std::_Exit(return_code);
-  }
-}
-
 // Another program may have left the terminal so that reading from it does not wait.
 void wait_for_answers() {
   const int flags = fcntl(STDIN_FILENO, F_GETFL);
@@ -88,6 +79,13 @@ void warn_ordinary_user() {
 }
 
 }  // namespace
+
+// From the lowest on, since the lowest that is closed is what an open takes.
+void open_missing_descriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) std::_Exit(return_code);
+  }
+}
 
 void start_up() {
   open_missing_descriptors();

@@ -8,6 +8,10 @@ namespace morvane {
 // superuser. A missing message file ends the program; so does another run in this directory.
 void start_up();
 
+// Opens each standard descriptor that is closed on /dev/null: a file opened later would otherwise
+// take its place, and dialogue or diagnostics would end up in it. `start_up` begins with that.
+void open_missing_descriptors();
+
 }  // namespace morvane
 
 #endif  // MORVANE_DRIVER_START_UP_H

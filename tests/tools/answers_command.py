@@ -490,6 +490,25 @@ class Harm(AnswersTest):
         path.write_text(f"#!/bin/sh\nreal={real}\n{script}")
         path.chmod(0o755)
 
+    def test_what_it_is_started_with_does_not_matter(self):
+        closed = 'exec "$0" -C "$1" check "$2" <&- >&- 2>&-'
+        ignored = 'trap "" CHLD XFSZ; exec "$0" -C "$1" check "$2"'
+        self.write(FILE.replace("access", "acess", 1))
+        for script in (closed, ignored):
+            done = subprocess.run(["sh", "-c", script, ANSWERS, self.dist, self.file], timeout=60,
+                                  stderr=subprocess.DEVNULL, check=False)
+            self.assertEqual(done.returncode, 3, script)
+
+    def test_nobody_waits_for_the_pauses_of_a_rehearsal(self):
+        command = [BUILD / "morvane-answers", "-C", self.dist, "check", self.file]
+        if os.geteuid() == 0:
+            command[:0] = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"]
+            for path in [self.root.parent, *self.root.parent.rglob("*")]:
+                os.chown(path, 65534, 65534)
+        start = time.monotonic()
+        subprocess.run(command, stderr=subprocess.DEVNULL, check=False, timeout=60)
+        self.assertLess(time.monotonic() - start, 6)  # the program pauses for eight seconds
+
     def test_an_interrupted_run_takes_back_what_it_made(self):
         (self.dist / "app.dat").write_text("earlier")
         (self.dist / "app.dat").chmod(0o600)

@@ -162,6 +162,54 @@ TEST(Memory, HoldsWhatWasMadeAndNothingElse) {
   EXPECT_TRUE(memory.make_directory(scratch.path()));
 }
 
+// What both effects say of directories of all modes, and of what is not there.
+std::string says(const effects& host, const std::string& above) {
+  std::string said;
+  for (const char* name : {"mine", "mine-closed", "other", "other-closed", "other-open", "file",
+                           "missing", "other-closed/x", "other/x"}) {
+    said += std::string(name) + (host.may_create_in(above + "/" + name) ? " yes " : " no ");
+  }
+  return said;
+}
+
+TEST(Memory, SaysOfDirectoriesWhatTheHostSays) {
+  const scratch_directory scratch;
+  constexpr uid_t NOBODY = 65534;
+  const struct {
+    const char* name;
+    mode_t mode;
+    bool mine;
+  } rows[] = {{"mine", 0755, true},
+              {"mine-closed", 0000, true},
+              {"other", 0755, false},
+              {"other-closed", 0700, false},
+              {"other-open", 0777, false}};
+  for (const auto& row : rows) {
+    ASSERT_EQ(mkdir(row.name, 0755), 0);
+    if (row.mine && geteuid() == 0) {
+      ASSERT_EQ(chown(row.name, NOBODY, NOBODY), 0);
+    }
+    ASSERT_EQ(chmod(row.name, row.mode), 0);
+  }
+  write_file("file", "");
+  ASSERT_EQ(chmod(".", 0755), 0);
+  const std::string above = scratch.path();
+  for (const bool as_nobody : {false, true}) {
+    const outcome seen = in_child("", [&]() -> std::string {
+      if (as_nobody && geteuid() == 0 && setuid(NOBODY) != 0) return "cannot become nobody";
+      rehearsed_deeds deeds;
+      const std::string rehearsed = says(effects_in_memory(deeds), above);
+      const std::string real = says(effects_on_host(), above);
+      return rehearsed == real ? "" : rehearsed + "\n" + real;
+    });
+    EXPECT_EQ(seen.result, "");
+    std::filesystem::remove("missing");
+    std::filesystem::remove("other/x");
+    std::filesystem::remove("other-closed/x");
+  }
+  for (const auto& row : rows) chmod(row.name, 0755);
+}
+
 TEST(Memory, HidesAProbeThatWasRemovedAndKeepsWhatIsWritten) {
   const scratch_directory scratch;
   write_file("out", "earlier");

@@ -1,5 +1,6 @@
 #include "answers/answers_command.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,6 +21,7 @@
 #include "answers/rehearsal.h"
 #include "answers/text_file.h"
 #include "command/command_line.h"
+#include "driver/start_up.h"
 
 namespace morvane {
 
@@ -65,6 +67,13 @@ command described_command(answers_options& options) {
               options.reconfigured = list;
               return true;
             }}}};
+}
+
+// As the program does when it starts: here files are opened, and children waited for, before.
+void set_up_process() {
+  open_missing_descriptors();
+  signal(SIGCHLD, SIG_DFL);
+  signal(SIGXFSZ, SIG_IGN);
 }
 
 class answers_command {
@@ -182,6 +191,7 @@ class answers_command {
 }  // namespace
 
 exit_status run_answers(int count, char** arguments) {
+  set_up_process();
   static answers_options options;  // a run that is recorded does not come back
   static const command described = described_command(options);
   const auto parsed = parse_command_line(described, count, arguments);

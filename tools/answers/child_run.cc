@@ -101,10 +101,12 @@ bool run_in_child(const child_output& output, const std::function<void()>& code)
     be_child(output, code);
   }
   int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
+  pid_t ended = -1;
+  do {
+    ended = waitpid(child, &status, 0);
+  } while (ended < 0 && errno == EINTR);
   child = 0;
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  return ended > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 bool operator_is_there() {

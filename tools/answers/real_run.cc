@@ -10,6 +10,7 @@
 #include "answers/earlier_files.h"
 #include "answers/player.h"
 #include "answers/question_name.h"
+#include "platform/shell.h"
 #include "text/words.h"
 
 namespace morvane {
@@ -124,10 +125,10 @@ run_outcome run_as_rehearsed(const rehearsal& rehearsed) {
     }
   }
   outcome.remains = restore_files(*earlier);
-  for (auto each = directories.rbegin(); each != directories.rend(); ++each) {
-    if (rmdir(each->c_str()) != 0 && access(each->c_str(), F_OK) == 0) {
-      outcome.remains.push_back(*each);
-    }
+  std::ranges::reverse(directories);
+  for (const std::string& each : directories) rmdir(each.c_str());
+  for (const std::string& each : directories) {
+    if (exists(each)) outcome.remains.push_back(each);
   }
   return outcome;
 }

@@ -1,7 +1,10 @@
 #include "answers/rehearsal.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <utility>
 
 #include "answer_file/answer_writer.h"
 #include "answers/child_run.h"
@@ -89,7 +92,9 @@ std::string results_of(const recorder& heard, const player& played) {
       seen.results = results_of(heard, played);
     }
     const std::string packed = pack(seen);
-    std::fwrite(packed.data(), 1, packed.size(), to_parent);
+    const bool written = std::fwrite(packed.data(), 1, packed.size(), to_parent) == packed.size() &&
+                         std::fflush(to_parent) == 0;
+    if (!written) std::_Exit(EXIT_FAILURE);  // half a report is none
   });
   use_effects(effects_in_memory(seen.deeds));
   take_answers_from([](const question& asked) { return heard.next(asked); });
