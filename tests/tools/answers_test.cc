@@ -165,8 +165,8 @@ TEST(Memory, HoldsWhatWasMadeAndNothingElse) {
 // What both effects say of directories of all modes, and of what is not there.
 std::string says(const effects& host, const std::string& above) {
   std::string said;
-  for (const char* name : {"mine", "mine-closed", "other", "other-closed", "other-open", "file",
-                           "missing", "other-closed/x", "other/x"}) {
+  for (const char* name : {"mine", "mine-closed", "other", "other-closed", "other-open", "unlisted",
+                           "file", "missing", "other-closed/x", "other/x", "unlisted/x"}) {
     said += std::string(name) + (host.may_create_in(above + "/" + name) ? " yes " : " no ");
   }
   return said;
@@ -179,11 +179,8 @@ TEST(Memory, SaysOfDirectoriesWhatTheHostSays) {
     const char* name;
     mode_t mode;
     bool mine;
-  } rows[] = {{"mine", 0755, true},
-              {"mine-closed", 0000, true},
-              {"other", 0755, false},
-              {"other-closed", 0700, false},
-              {"other-open", 0777, false}};
+  } rows[] = {{"mine", 0755, true},          {"mine-closed", 0000, true}, {"other", 0755, false},
+              {"other-closed", 0700, false}, {"other-open", 0777, false}, {"unlisted", 0200, true}};
   for (const auto& row : rows) {
     ASSERT_EQ(mkdir(row.name, 0755), 0);
     if (row.mine && geteuid() == 0) {
@@ -205,6 +202,7 @@ TEST(Memory, SaysOfDirectoriesWhatTheHostSays) {
     EXPECT_EQ(seen.result, "");
     std::filesystem::remove("missing");
     std::filesystem::remove("other/x");
+    std::filesystem::remove("unlisted/x");
     std::filesystem::remove("other-closed/x");
   }
   for (const auto& row : rows) chmod(row.name, 0755);
@@ -240,6 +238,29 @@ TEST(Memory, TriesAGroupWithoutTheProbe) {
   EXPECT_EQ(memory.try_group("probe", std::to_string(getegid())), group_trial::ALLOWED);
   EXPECT_EQ(memory.try_group("probe", "no such group"), group_trial::REFUSED);
   EXPECT_TRUE(std::filesystem::is_empty("."));
+}
+
+TEST(Memory, RefusesAGroupWhereTheProbeIsSomebodyElses) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the superuser can make a file of somebody else";
+  const scratch_directory scratch;
+  write_file("probe", "");
+  ASSERT_EQ(chmod("probe", 0666), 0);
+  ASSERT_EQ(chmod(".", 0777), 0);
+  const outcome seen = in_child("", []() -> std::string {
+    constexpr uid_t NOBODY = 65534;
+    if (setgid(NOBODY) != 0 || setuid(NOBODY) != 0) return "cannot become nobody";
+    rehearsed_deeds deeds;
+    const effects memory = effects_in_memory(deeds);
+    const auto trial = [](const effects& host) {
+      const std::string group = std::to_string(NOBODY);
+      std::string said = std::to_string(static_cast<int>(host.try_group("probe", group)));
+      host.remove_probe("probe");
+      return said + std::to_string(static_cast<int>(host.try_group("probe", group)));
+    };
+    const std::string rehearsed = trial(memory);
+    return rehearsed + " " + trial(effects_on_host());
+  });
+  EXPECT_EQ(seen.result, "12 12");
 }
 
 TEST(EarlierFiles, AreWhatTheyWere) {

@@ -116,22 +116,26 @@ class answers_command {
     rehearsal seen;
     const exit_status status = rehearse_file(seen);
     if (status == exit_status::WRONG_USE) return status;
-    return report(seen, status, "");
+    return report(seen, status, "") ? status : exit_status::WRONG_USE;
   }
 
   exit_status play() const {
     rehearsal seen;
     const exit_status status = rehearse_file(seen);
     if (status == exit_status::WRONG_USE) return status;
-    if (status != exit_status::GOOD) return report(seen, status, "");
+    if (status == exit_status::REFUSED) {
+      return report(seen, status, "") ? status : exit_status::WRONG_USE;
+    }
     const run_outcome outcome = run_as_rehearsed(seen);
     seen.errors.clear();  // the run has said it itself
-    if (outcome.good) return report(seen, exit_status::GOOD, "");
-    complain(described_, outcome.why + "; what it made was taken back");
-    for (const std::string& name : outcome.remains) {
-      complain(described_, name + ": could not be taken back");
+    if (!outcome.good) {
+      complain(described_, outcome.why + "; what it made was taken back");
+      for (const std::string& name : outcome.remains) {
+        complain(described_, name + ": could not be taken back");
+      }
     }
-    return report(seen, exit_status::FAILED, outcome.why);
+    const exit_status ended = outcome.good ? exit_status::GOOD : exit_status::FAILED;
+    return report(seen, ended, outcome.why) ? ended : exit_status::FAILED;
   }
 
  private:
@@ -155,7 +159,8 @@ class answers_command {
     return seen.is_good() ? exit_status::GOOD : exit_status::REFUSED;
   }
 
-  exit_status report(const rehearsal& seen, exit_status status, std::string_view why) const {
+  // Returns whether the report could be written.
+  bool report(const rehearsal& seen, exit_status status, std::string_view why) const {
     std::fputs(seen.errors.c_str(), stderr);
     if (!options_.json) print_findings(seen);
     const bool shows_plan = options_.plan && status == exit_status::GOOD;
@@ -164,9 +169,8 @@ class answers_command {
                                            : "";
     const bool written =
         std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
-    if (written) return status;
-    complain(described_, std::string("the report: ") + std::strerror(errno));
-    return status == exit_status::GOOD ? exit_status::FAILED : status;
+    if (!written) complain(described_, std::string("the report: ") + std::strerror(errno));
+    return written;
   }
 
   void print_findings(const rehearsal& seen) const {

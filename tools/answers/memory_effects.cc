@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "platform/identity.h"
 #include "platform/shell.h"
 #include "platform/signals.h"
 #include "text/format.h"
@@ -18,6 +19,10 @@ namespace {
 
 bool may_write(const std::string& path) {
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+bool may_create_entry(const std::string& directory) {
+  return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 // As `touch` finds it: an owner may set the times of what he may not write.
@@ -65,7 +70,7 @@ class memory {
     // A link that leads nowhere is in the way.
     if (std::ranges::any_of(missing, is_there)) return false;
     const std::string above = directory_above(missing.front());
-    if (!is_made(above) && (!is_directory(above) || !may_write(above))) return false;
+    if (!is_made(above) && (!is_directory(above) || !may_create_entry(above))) return false;
     deeds_.directories.insert(deeds_.directories.end(), missing.begin(), missing.end());
     return true;
   }
@@ -73,13 +78,15 @@ class memory {
   bool may_create_in(const std::string& directory) const {
     if (is_made(directory)) return true;
     return morvane::exists(directory) ? may_touch(directory)
-                                      : may_write(directory_above(directory));
+                                      : may_create_entry(directory_above(directory));
   }
 
   group_trial try_group(const std::string& probe, std::string_view group) {
-    const bool creatable =
-        morvane::exists(probe) && !is_gone(probe) ? may_touch(probe) : may_write(".");
-    if (!creatable) return group_trial::NO_PROBE;
+    struct stat status;
+    const bool there = !is_gone(probe) && stat(probe.c_str(), &status) == 0;
+    if (there ? !may_touch(probe) : !may_create_entry(".")) return group_trial::NO_PROBE;
+    const bool foreign = there && status.st_uid != geteuid() && !acts_as_superuser();
+    if (foreign) return group_trial::REFUSED;
     const std::string scratch = scratch_file();
     const descriptor file = create_scratch_file(scratch);
     if (!file.is_open()) return group_trial::NO_PROBE;
@@ -116,7 +123,7 @@ class memory {
 
   bool can_be_opened(const std::string& name) const {
     struct stat status;
-    if (is_gone(name) || stat(name.c_str(), &status) != 0) return may_write(".");
+    if (is_gone(name) || stat(name.c_str(), &status) != 0) return may_create_entry(".");
     const bool waits_for_nobody = S_ISREG(status.st_mode) || S_ISCHR(status.st_mode);
     return waits_for_nobody && may_write(name);
   }
