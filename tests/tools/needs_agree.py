@@ -31,8 +31,8 @@ SEED = int(sys.argv[3]) if len(sys.argv) > 3 else 1
 
 RING = "product dependencies build a ring"
 QUESTION = re.compile(r"Q(29|30|32|34|43|75|100|128|266|270|276|277|289)\b|ASK-(\w)-")
-PROMPTS = re.compile(r"(Q29\n|HINT\n|Q(128|270)[^\n]*:\n\([^\n]*\) \n|Q270[^\n]*:\n|Q(30|32)[^\n]* : |"
-                     r"Q266[^\n]*\n[^\n]* : \([^()\n]*\) )$")
+PROMPTS = re.compile(r"(Q29\n|HINT\n|Q(128|270)[^\n]*:\n\([^\n]*\) \n|Q270[^\n]*:\n|"
+                     r"Q(30|32)[^\n]* : |Q266[^\n]*\n[^\n]* : \([^()\n]*\) )$")
 
 
 class Distribution:
@@ -160,7 +160,8 @@ class Operator:
         return ""
 
     def need(self, product, shown):
-        part, category = re.findall(r"Q261 +'(\w)', +Q262 +Q263 +'(\w)'", re.sub(r"\s+", " ", shown))[-1]
+        words = re.sub(r"\s+", " ", shown)
+        part, category = re.findall(r"Q261 '(\w)', Q262 Q263 '(\w)'", words)[-1]
         return product, part, category
 
     def next_type(self, product, shown):
@@ -296,8 +297,8 @@ def disagreements(distribution):
 
 def write_messages(path):
     text = MESSAGES.read_text()
-    text = re.sub(r"^(\d{3}) <.*?>(\\n)?$", lambda found: f"{found[1]} Q{int(found[1])}{found[2] or ''}", text,
-                  flags=re.MULTILINE)
+    token = lambda found: f"{found[1]} Q{int(found[1])}{found[2] or ''}"
+    text = re.sub(r"^(\d{3}) <.*?>(\\n)?$", token, text, flags=re.MULTILINE)
     text = re.sub(r"^035 .*", "035 HINT", text, flags=re.MULTILINE)
     text = re.sub(r"^075 .*", "075 Q75 %s", text, flags=re.MULTILINE)
     machine = os.uname().machine[:4]

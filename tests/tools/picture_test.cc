@@ -64,12 +64,12 @@ TEST(Picture, OfEveryMeaningHasAShapeAndAColour) {
       R"(  product1 [label="a\n1.0", shape=box, color="#0072B2", fillcolor="#E3F0F8", tooltip="Alpha, A"];
   patch2 [label="b", shape=box, peripheries=2, color="#007A5A", fillcolor="#DDF3EC", tooltip="b"];
   choice3 [label="C", shape=ellipse, color="#A87000", fillcolor="#FDF3DA", tooltip="C"];
-  host4 [label="H", shape=octagon, margin="0.1,0.08", style="filled,dashed", color="#56B4E9", fillcolor="#FFFFFF", tooltip="H"];
-  unmet5 [label="U", shape=octagon, margin="0.1,0.08", penwidth=2, color="#D55E00", fillcolor="#F7CDB0", tooltip="U"];
-  patch2 -> product1 [label=" patch of ", style=dotted, penwidth=2, color="#007A5A"];
+  host4 [label="H", shape=octagon, margin="0.06,0.05", style="filled,dashed", color="#56B4E9", fillcolor="#FFFFFF", tooltip="H"];
+  unmet5 [label="U", shape=octagon, margin="0.06,0.05", penwidth=2, color="#D55E00", fillcolor="#F7CDB0", tooltip="U"];
+  patch2 -> product1 [style=dotted, penwidth=2, color="#007A5A"];
   product1 -> choice3 [color="#000000", edgetooltip="part 't' needs C, if it is wanted, on this host or another one\npart 'u' needs C"];
-  product1 -> host4 [label=" ring ", style=bold, penwidth=4, color="#D55E00"];
-  patch2 -> unmet5 [label=" patch of, ring ", style=dotted, penwidth=4, color="#D55E00"];
+  product1 -> host4 [style=bold, penwidth=4, color="#D55E00"];
+  patch2 -> unmet5 [style=dotted, penwidth=4, color="#D55E00"];
 )");
 }
 

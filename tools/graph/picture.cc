@@ -111,14 +111,12 @@ class drawing_of_needs {
     return node;
   }
 
-  // Returns what is needed, a line for each type.
+  // Returns what is needed: the category, and a line for each type.
   static std::vector<std::string> lines_of(const supplied_need& need) {
-    std::vector<std::string> lines;
+    std::vector<std::string> lines = {std::string(need.category->category)};
     for (const auto& type : alternatives(*need.category)) {
-      lines.push_back(lines.empty() ? std::string(need.category->category) + " " : "or ");
-      lines.back() += shown_alternative(*type);
+      lines.push_back((lines.size() > 1 ? "or " : "") + shown_alternative(*type));
     }
-    if (lines.empty()) lines.emplace_back(need.category->category);
     return lines;
   }
 

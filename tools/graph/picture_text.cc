@@ -12,48 +12,48 @@ namespace morvane {
 
 namespace {
 
-// How a kind of node looks. The colours, here and below, are those that people who do not tell red
-// from green can tell apart, the fillings pale shades of them.
-struct node_style {
+// How a kind of node or line looks. The colours, here and below, are those that people who do not
+// tell red from green can tell apart, the fillings pale shades of them.
+struct style_of_kind {
   std::string_view name;  // in JSON, and before the number of a node
   std::string_view meaning;
   std::string_view attributes;
 };
 
-constexpr std::array<node_style, 5> NODE_STYLES = {{
+constexpr std::array<style_of_kind, 5> NODE_STYLES = {{
     {"product", "product", R"(shape=box, color="#0072B2", fillcolor="#E3F0F8")"},
     {"patch", "patch", R"(shape=box, peripheries=2, color="#007A5A", fillcolor="#DDF3EC")"},
     {"choice", "one of", R"(shape=ellipse, color="#A87000", fillcolor="#FDF3DA")"},
     {"host", "only on the host",
-     R"(shape=octagon, margin="0.1,0.08", style="filled,dashed", color="#56B4E9", fillcolor="#FFFFFF")"},
+     R"(shape=octagon, margin="0.06,0.05", style="filled,dashed", color="#56B4E9", )"
+     R"(fillcolor="#FFFFFF")"},
     {"unmet", "unmet",
-     R"(shape=octagon, margin="0.1,0.08", penwidth=2, color="#D55E00", fillcolor="#F7CDB0")"},
+     R"(shape=octagon, margin="0.06,0.05", penwidth=2, color="#D55E00", fillcolor="#F7CDB0")"},
 }};
 
-const node_style& style_of(const picture_node& node) {
+const style_of_kind& style_of(const picture_node& node) {
   return NODE_STYLES[static_cast<std::size_t>(node.kind)];
 }
 
-constexpr std::string_view NEED_ATTRIBUTES = R"(color="#000000")";
-constexpr std::string_view PATCH_ATTRIBUTES =
-    R"(label=" patch of ", style=dotted, penwidth=2, color="#007A5A")";
-constexpr std::string_view RING_ATTRIBUTES =
-    R"(label=" ring ", style=bold, penwidth=4, color="#D55E00")";
-constexpr std::string_view PATCH_IN_RING_ATTRIBUTES =
-    R"(label=" patch of, ring ", style=dotted, penwidth=4, color="#D55E00")";
+constexpr style_of_kind NEEDS = {"needs", "needs", R"(color="#000000")"};
+constexpr style_of_kind PATCH_OF = {"patch_of", "patch of",
+                                    R"(style=dotted, penwidth=2, color="#007A5A")"};
+constexpr style_of_kind RING = {"ring", "ring", R"(style=bold, penwidth=4, color="#D55E00")"};
+
+// Of both kinds: dotted as the one, thick as the other.
+constexpr std::string_view PATCH_IN_RING = R"(style=dotted, penwidth=4, color="#D55E00")";
 
 std::string_view attributes_of(const picture_edge& edge) {
-  if (edge.kind == edge_kind::PATCH_OF) {
-    return edge.in_ring ? PATCH_IN_RING_ATTRIBUTES : PATCH_ATTRIBUTES;
-  }
-  return edge.in_ring ? RING_ATTRIBUTES : NEED_ATTRIBUTES;
+  if (edge.kind == edge_kind::PATCH_OF) return edge.in_ring ? PATCH_IN_RING : PATCH_OF.attributes;
+  return edge.in_ring ? RING.attributes : NEEDS.attributes;
 }
 
-// Wherever the picture is shown, some font will do: the margins leave room for a wider one.
+// Wherever the picture is shown, some font will do: the margins leave room for a wider one. What is
+// not connected is packed, which keeps a large picture narrow; lines cannot have texts then.
 constexpr std::string_view HEAD = R"(digraph needs {
-  graph [rankdir=TB, bgcolor="#FFFFFF", ranksep=0.6, nodesep=0.3,
+  graph [rankdir=TB, pack=16, packmode=clust, ranksep=0.5, nodesep=0.14, bgcolor="#FFFFFF",
          fontname="sans-serif", tooltip=" "];
-  node [fontname="sans-serif", fontsize=14, margin="0.3,0.12", style=filled];
+  node [fontname="sans-serif", fontsize=14, margin="0.14,0.06", style=filled];
   edge [fontname="sans-serif", fontsize=14, arrowsize=0.8];
 )";
 
@@ -168,28 +168,30 @@ std::string unrelated_table(const picture& drawn, const std::vector<bool>& is_re
   return table + "    </TABLE>>];\n";
 }
 
-// Returns what the shapes and lines mean: one column of nodes, one of lines.
+// Returns what the shapes and lines mean: a column of nodes, and below it a line of each kind.
 std::string legend(std::size_t hidden) {
   std::string text = "  subgraph cluster_legend {\n    label=\"legend\";\n";
   text += "    color=\"#808080\";\n    tooltip=\" \";\n";
-  std::string chain;
-  for (const node_style& style : NODE_STYLES) {
+  std::string above;
+  for (const style_of_kind& style : NODE_STYLES) {
     const std::string name = "legend_" + std::string(style.name);
     text += "    " + name + " [label=\"" + std::string(style.meaning) + "\", " +
             std::string(style.attributes) + ", tooltip=\" \"];\n";
-    chain += (chain.empty() ? "" : " -> ") + name;
+    if (!above.empty()) text += "    " + above + " -> " + name + " [style=invis];\n";
+    above = name;
   }
-  text += "    " + chain + " [style=invis];\n";
-  text +=
-      "    node [shape=point, group=lines, label=\"\", tooltip=\" \"];\n    edge [edgetooltip=\" "
-      "\"];\n";
-  text += "    legend_1 -> legend_2 [label=\" needs \", " + std::string(NEED_ATTRIBUTES) + "];\n";
-  text += "    legend_2 -> legend_3 [" + std::string(PATCH_ATTRIBUTES) + "];\n";
-  text += "    legend_3 -> legend_4 [" + std::string(RING_ATTRIBUTES) + "];\n";
+  text += "    node [shape=plaintext, style=\"\", tooltip=\" \"];\n    edge [edgetooltip=\" \"];\n";
+  for (const style_of_kind& style : {NEEDS, PATCH_OF, RING}) {
+    const std::string name = "legend_" + std::string(style.name);
+    text += "    " + name + "_line [shape=point, label=\"\"];\n";
+    text += "    " + name + " [label=\"" + std::string(style.meaning) + "\"];\n";
+    text += "    " + above + " -> " + name + "_line [style=invis];\n";
+    text += "    " + name + "_line -> " + name + " [" + std::string(style.attributes) + "];\n";
+  }
   if (hidden > 0) {
-    text += "    legend_hidden [shape=plaintext, style=\"\", label=\"not drawn: " +
-            std::to_string(hidden) + (hidden == 1 ? " need that follows" : " needs that follow") +
-            "\\nfrom others\"];\n    legend_unmet -> legend_hidden [style=invis];\n";
+    text += "    legend_hidden [label=\"not drawn: " + std::to_string(hidden) +
+            (hidden == 1 ? " need that follows" : " needs that follow") + "\\nfrom others\"];\n";
+    text += "    legend_patch_of -> legend_hidden [style=invis];\n";
   }
   return text + "  }\n";
 }
