@@ -106,7 +106,7 @@ TEST(Escaping, KeepsWhatWouldMeanSomethingElse) {
   EXPECT_EQ(escape_value(" a b$%\t\x7f "), "%20a b%24%25%09%7F%20");
   EXPECT_EQ(escape_value(" "), "%20");
   EXPECT_EQ(escape_word("a b=[c]#.d"), "a%20b%3D%5Bc%5D%23.d");
-  EXPECT_EQ(escape_name("lib.so x"), "lib%2Eso%20x");
+  EXPECT_EQ(escape_name("lib.so x/y"), "lib%2Eso%20x%2Fy");
   EXPECT_EQ(escape_value("gr\xc3\xbc\xc3\x9f"), "gr\xc3\xbc\xc3\x9f");
 }
 

@@ -313,6 +313,7 @@ TEST(Rehearsal, ComesBackFromTheChildAsItWas) {
   EXPECT_EQ(pack(back), pack(seen));
   EXPECT_EQ(back.questions, seen.questions);
   EXPECT_EQ(back.deeds.files, seen.deeds.files);
+  EXPECT_EQ(back.deeds.written, seen.deeds.written);
   EXPECT_EQ(back.findings[0].proposal, "proposal");
   EXPECT_EQ(back.findings[0].section, "a");
   EXPECT_EQ(back.plan[0].group, "g");

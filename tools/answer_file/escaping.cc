@@ -11,7 +11,7 @@ constexpr std::string_view DIGITS = "0123456789ABCDEF";
 // "$" begins a variable.
 constexpr std::string_view MEANINGFUL = "%$";
 constexpr std::string_view MEANINGFUL_IN_WORDS = "%$ []=#";
-constexpr std::string_view MEANINGFUL_IN_NAMES = "%$ []=#.";
+constexpr std::string_view MEANINGFUL_IN_NAMES = "%$ []=#./";
 
 bool is_control(char c) {
   return static_cast<unsigned char>(c) < ' ' || c == '\x7f';

@@ -104,6 +104,7 @@ class memory {
     if (!can_be_opened(name)) return write_outcome::NOT_OPENED;
     std::optional<std::string> content = compose();
     if (content) {
+      deeds_.written.emplace_back(name, *content);
       deeds_.files[name] = std::move(content);
       return write_outcome::WRITTEN;
     }

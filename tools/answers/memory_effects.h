@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/effects.h"
@@ -18,6 +19,8 @@ struct rehearsed_deeds {
   // The content of each file of the current directory that was written; nothing for one that is
   // gone.
   std::map<std::string, std::optional<std::string>, std::less<>> files;
+  // Every content that was written, in order: a file may be written twice.
+  std::vector<std::pair<std::string, std::string>> written;
 };
 
 // Returns effects that only note in `deeds` what they would do. They tell of the host what the real

@@ -7,23 +7,29 @@ namespace morvane {
 
 namespace {
 
-std::string name_with_category(std::string_view kind, std::string_view part,
-                               std::string_view category) {
-  return std::string(kind) + escape_name(part) + "." + escape_name(category);
+// The second part of the same name is "NAME/2".
+std::string part_label(const product& record, std::string_view part) {
+  int same = 0;
+  for (const auto& target : record.target_dep) {
+    if (target == nullptr) continue;
+    if (target->target == part) ++same;
+    if (target->target.view().data() == part.data()) break;
+  }
+  return escape_name(part) + (same > 1 ? "/" + std::to_string(same) : "");
 }
 
 }  // namespace
 
-std::string part_name(std::string_view part) {
-  return "part." + escape_name(part);
+std::string part_name(const product& record, std::string_view part) {
+  return "part." + part_label(record, part);
 }
 
-std::string type_name(std::string_view part, std::string_view category) {
-  return name_with_category("type.", part, category);
+std::string type_name(const product& record, std::string_view part, std::string_view category) {
+  return "type." + part_label(record, part) + "." + escape_name(category);
 }
 
-std::string supplier_name(std::string_view part, std::string_view category) {
-  return name_with_category("supplier.", part, category);
+std::string supplier_name(const product& record, std::string_view part, std::string_view category) {
+  return "supplier." + part_label(record, part) + "." + escape_name(category);
 }
 
 std::string patch_name(int level) {
@@ -59,14 +65,15 @@ std::optional<std::string> answer_name(const question& asked) {
       return std::string(GROUP_NAME);
     case KEYWORD_ASK:
     case KEYWORD_ASK_AGAIN:
-      return part_name(asked.part);
+      return part_name(*asked.product, asked.part);
     case TYPE_CHOICE:
-      return type_name(asked.part, asked.category);
+      return type_name(*asked.product, asked.part, asked.category);
     case ACCEPT_CANDIDATE:
     case DIRECTORY_QUESTION:
     case ACCEPT_MISMATCH:
     case LEAVE_PATCH_OPEN:
-      return asked.patch ? patch_name(*asked.patch) : supplier_name(asked.part, asked.category);
+      return asked.patch ? patch_name(*asked.patch)
+                         : supplier_name(*asked.product, asked.part, asked.category);
     default:
       return std::nullopt;
   }

@@ -25,9 +25,11 @@ inline constexpr std::string_view CREATE = "create-directory";
 inline constexpr std::string_view OWNER_NAME = "owner";
 inline constexpr std::string_view GROUP_NAME = "group";
 inline constexpr std::string_view ACCESS = "access";
-std::string part_name(std::string_view part);
-std::string type_name(std::string_view part, std::string_view category);
-std::string supplier_name(std::string_view part, std::string_view category);
+// Those of a part, which is the name of one of the parts of `record`, as a view of it: there may be
+// several of the same name, which are counted.
+std::string part_name(const product& record, std::string_view part);
+std::string type_name(const product& record, std::string_view part, std::string_view category);
+std::string supplier_name(const product& record, std::string_view part, std::string_view category);
 std::string patch_name(int level);
 
 // Values besides names, directories and suppliers.

@@ -47,14 +47,15 @@ class follower {
 
   write_outcome write_file(const std::string& name, earlier_file earlier,
                            const composition& compose) {
-    const auto rehearsed = rehearsed_.deeds.files.find(name);
-    if (parted_ || rehearsed == rehearsed_.deeds.files.end()) {
+    const auto& rehearsed = rehearsed_.deeds.written;
+    if (parted_ || written_ == rehearsed.size() || rehearsed[written_].first != name) {
       part("another file would be written: " + name);
       return write_outcome::NOT_OPENED;
     }
+    const std::string& wanted = rehearsed[written_++].second;
     const auto compose_the_same = [&] {
       std::optional<std::string> content = compose();
-      if (content != rehearsed->second) part("another content would be written to " + name);
+      if (content != wanted) part("another content would be written to " + name);
       return content;
     };
     const write_outcome outcome = host_.write_file(name, earlier, compose_the_same);
@@ -78,6 +79,7 @@ class follower {
   std::FILE* report_;
   effects host_ = effects_on_host();
   std::size_t next_ = 0;
+  std::size_t written_ = 0;
   bool parted_ = false;
 };
 

@@ -35,7 +35,7 @@ class section_writer {
     answers_.push_back({std::string(comment), std::string(name), std::move(value)});
   }
 
-  // One line for all parts of the same name.
+  // One line for all needs of the same name.
   std::vector<written_answer> take() {
     std::vector<written_answer> once;
     for (written_answer& each : answers_) {
@@ -57,14 +57,14 @@ void add_parts(const product& record, section_writer& section) {
     if (target == nullptr) continue;
     const bool again = record.install == product_state::SELECTED_FOR_RECONFIGURATION;
     const long_text& text = again && target->re_ask ? target->re_ask : target->ask;
-    section.add(part_name(target->target), text.value_or(""),
+    section.add(part_name(record, target->target), text.value_or(""),
                 yes_or_no(target->install != target_state::NOT_WANTED));
     for (const auto& category : target->category_dep) {
       if (category == nullptr || category->product == nullptr) continue;
       const type_dep* type = chosen_alternative(*category);
-      section.add(type_name(target->target, category->category), r[TYPE_CHOICE],
+      section.add(type_name(record, target->target, category->category), r[TYPE_CHOICE],
                   type == nullptr ? "" : escape_value(type->type));
-      section.add(supplier_name(target->target, category->category), category->text,
+      section.add(supplier_name(record, target->target, category->category), category->text,
                   supplier_text(supplier_of(*category->product)));
     }
   }

@@ -150,6 +150,10 @@ std::string pack(const rehearsal& packed) {
     to.add(each.second ? std::size_t{1} : std::size_t{0});
     to.add(each.second.value_or(""));
   });
+  to.add_list(packed.deeds.written, [&](const auto& each) {
+    to.add(each.first);
+    to.add(each.second);
+  });
   to.add_list(packed.plan, [&](const planned_product& each) {
     for (const std::string* text :
          {&each.id, &each.version, &each.directory, &each.owner, &each.group}) {
@@ -194,6 +198,9 @@ rehearsal unpack(std::string_view text) {
        })) {
     unpacked.deeds.files[name] = content;
   }
+  unpacked.deeds.written = from.list<std::pair<std::string, std::string>>([&] {
+    return std::pair<std::string, std::string>{from.text(), from.text()};
+  });
   unpacked.plan = from.list<planned_product>([&] {
     return planned_product{from.text(),
                            from.text(),
