@@ -85,7 +85,7 @@ class Formats(GraphTest):
                  if node["kind"] != "product"}
         self.assertEqual(kinds, {"patch": ["store-1", "1.2, patch 1"],
                                  "choice": ["STORE", "one of"], "host": ["HOST"],
-                                 "unmet": ["BOARD t 3.0", "nearest: board "]})
+                                 "unmet": ["BOARD", "t 3.0", "nearest: board"]})
         self.assertIn(("store-1", "patch-of", "store"), self.relations())
 
     def test_dot_is_the_default_and_always_the_same(self):

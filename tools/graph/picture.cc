@@ -104,9 +104,10 @@ class drawing_of_needs {
       const morvane::product& record = needs_[nearest->product].record();
       node.kind = node_kind::UNMET;
       node.lines = lines_of(need);
-      node.lines.push_back("nearest: " + needs_[nearest->product].product->identifier + " " +
-                           (nearest->fit == fit::TOO_OLD ? version_numbers(record.release)
-                                                         : std::string(record.type)));
+      const std::string differs =
+          nearest->fit == fit::TOO_OLD ? version_numbers(record.release) : std::string(record.type);
+      node.lines.push_back("nearest: " + needs_[nearest->product].product->identifier +
+                           (differs.empty() ? "" : " " + differs));
     }
     return node;
   }
