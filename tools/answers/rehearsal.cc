@@ -189,15 +189,14 @@ rehearsal unpack(std::string_view text) {
     return answered_question{from.text(), from.text()};
   });
   unpacked.deeds.directories = from.list<std::string>([&] { return from.text(); });
-  for (const auto& [name, content] :
-       from.list<std::pair<std::string, std::optional<std::string>>>([&] {
-         std::string name = from.text();
-         const bool there = from.number() != 0;
-         std::string content = from.text();
-         return std::pair(name, there ? std::optional(content) : std::nullopt);
-       })) {
-    unpacked.deeds.files[name] = content;
-  }
+  using written_file = std::pair<std::string, std::optional<std::string>>;
+  const auto files = from.list<written_file>([&] {
+    std::string name = from.text();
+    const bool there = from.number() != 0;
+    std::string content = from.text();
+    return written_file(name, there ? std::optional(content) : std::nullopt);
+  });
+  for (const auto& [name, content] : files) unpacked.deeds.files[name] = content;
   unpacked.deeds.written = from.list<std::pair<std::string, std::string>>([&] {
     return std::pair<std::string, std::string>{from.text(), from.text()};
   });
