@@ -91,7 +91,7 @@ class Distribution:
                 types = chance.sample("stu", chance.choice((0, 1, 1, 2)))
                 self.types[product, part, category] = types
                 for kind in types:
-                    lines += (f"NeedsType = {kind}\nNeedsVersion = {chance.choice('011112')}\n"
+                    lines += (f"NeedsType = {kind}\nNeedsVersion = {chance.choice('00122')}\n"
                               f"NeedsPatch = {chance.choice('0001')}\n"
                               f"NeedsPath = {self.directory / 'empty'}\n")
         return lines
