@@ -1,6 +1,6 @@
 #!/bin/sh
-# debian_package.sh BUILD: makes the Debian package, installs it into a directory of its own, uses
-# it there and removes it again.
+# debian_package.sh BUILD: makes the Debian packages, installs them into a directory of their own, uses
+# them there and removes them again.
 set -eu
 build=$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -36,35 +36,51 @@ manage() {
 		>"$work/output" 2>&1 || fail "dpkg $* failed"
 }
 
-cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/output" 2>&1 || fail "cpack failed"
-package=$(echo "$work"/*.deb)
-version=$(dpkg-deb --field "$package" Version)
-
-# field NAME PATTERN: the package must say that.
+# field PACKAGE NAME PATTERN: the package must say that.
 field() {
-	said=$(dpkg-deb --field "$package" "$1")
+	said=$(dpkg-deb --field "$1" "$2")
 	# shellcheck disable=SC2254 # a pattern
-	case $said in $2) ;; *) fail "$1: $said" ;; esac
+	case $said in $3) ;; *) fail "$2: $said" ;; esac
 }
-field Depends "libc6 (>= 2.34), libgcc-s1 (>= *)"
-field Recommends "make | bmake, python3"
-field Suggests "gcc | c-compiler"
+
+cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/output" 2>&1 || fail "cpack failed"
+program=$(echo "$work"/morvane_*.deb)
+version=$(dpkg-deb --field "$program" Version)
+field "$program" Depends "libc6 (>= 2.34), libgcc-s1 (>= *)"
+field "$program" Recommends "make | bmake, python3"
+field "$program" Suggests "morvane-tools, gcc | c-compiler"
+field "$program" Description "terminal-based installation configurator
+*"
+names=morvane
+packages=$program
+if [ -d "$build/tools" ]; then
+	tools=$(echo "$work"/morvane-tools_*.deb)
+	field "$tools" Depends "morvane (= $version), libarchive13 (>= *), libc6 (>= *), *"
+	field "$tools" Recommends "graphviz"
+	field "$tools" Description "commands beside the installation configurator morvane
+*"
+	names="morvane-tools morvane"
+	packages="$program $tools"
+fi
 
 mkdir -p "$work/root/var/lib/dpkg/info" "$work/root/var/lib/dpkg/updates"
 touch "$work/root/var/lib/dpkg/status" "$work/root/var/lib/dpkg/available"
-manage --install "$package"
-zcat "$work/root/usr/share/doc/morvane/changelog.Debian.gz" | head -n 1 |
-	grep -qF "morvane ($version) " || fail "the changelog does not begin with version $version"
+# shellcheck disable=SC2086 # lists of words, in this file
+manage --install $packages
+for name in $names; do
+	documents=$work/root/usr/share/doc/$name
+	zcat "$documents/changelog.Debian.gz" | head -n 1 | grep -qF "morvane ($version) " ||
+		fail "the changelog of $name does not begin with version $version"
+	test -f "$documents/copyright" || fail "$name has no copyright"
+done
 "$here/try_installation.sh" "$work/root/usr"
-if readelf --sections --wide "$work/root/usr/bin/morvane" |
-	grep -q -e '[.]symtab' -e '[.]debug'; then
-	fail "morvane is not stripped"
-fi
 
-manage --purge morvane
+# shellcheck disable=SC2086
+manage --purge $names
 left=$(find "$work/root" -mindepth 1 ! -path "$work/root/var*")
 test -z "$left" || fail "not removed: $left"
 
 if command -v lintian >/dev/null; then
-	lintian --allow-root --fail-on error "$package" >"$work/output" 2>&1 || fail "lintian:"
+	# shellcheck disable=SC2086
+	lintian --allow-root --fail-on error $packages >"$work/output" 2>&1 || fail "lintian:"
 fi

@@ -1,6 +1,7 @@
 #!/bin/sh
-# try_installation.sh PREFIX: puts the installed samples together with the installed command, and
-# installs one of them with the installed program. Nothing else of morvane's is used.
+# try_installation.sh PREFIX: puts the installed samples together with the installed command, looks at
+# them with those beside it, where there are any, and installs one of them with the installed program.
+# Nothing else of morvane's is used.
 set -eu
 prefix=$1
 scripts=$(cd "$(dirname "$0")/../../scripts" && pwd)
@@ -14,6 +15,20 @@ unset KELSTONE_HOME MAKEFLAGS MFLAGS MAKELEVEL
 	exit 1
 }
 cmp "$prefix/bin/morvane" "$work/dist/morvane.$(uname -sr | sed 's/\..*$//;s/ //')"
+for command in "$prefix"/bin/*; do
+	name=${command##*/}
+	if readelf --sections --wide "$command" 2>/dev/null | grep -q -e '[.]symtab' -e '[.]debug'; then
+		echo "$name is not stripped"
+		exit 1
+	fi
+	set -- "$prefix/share/man/man1/$name.1"*
+	test -f "$1" || { echo "$name has no page"; exit 1; }
+done
+if [ -x "$prefix/bin/morvane-lint" ]; then
+	"$prefix/bin/morvane-lint" "$work/dist" >/dev/null
+	"$prefix/bin/morvane-graph" "$work/dist" | grep -q '"kelstone"'
+	"$prefix/bin/morvane-answers" --version >/dev/null
+fi
 sed -i "s|= */opt/|= $work/dist/opt/|" "$work"/dist/*.descr
 
 cd "$work/dist"
