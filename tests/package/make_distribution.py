@@ -28,6 +28,14 @@ import time
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 LANGUAGES = sorted(path.name.split(".")[1] for path in BUILD.glob("morvane.*.rsc"))
 COMMAND = pathlib.Path(__file__).resolve().parents[2] / "scripts/make-distribution"
+SYSTEM = "{0.sysname}{1}".format(os.uname(), os.uname().release.split(".")[0])
+
+# It is built only where libarchive's header is.
+LINT = BUILD / "morvane-lint"
+LOOKED = LINT.exists() or shutil.which(LINT.name)
+NOBODY_LOOKED = ("warning: there is no morvane-lint, so that nobody looked for mistakes in "
+                 "descriptions")
+FOUND_ERRORS = "morvane-lint found errors: the distribution is only made with --force"
 
 
 def member(name, kind=tarfile.REGTYPE, target="", mode=0o644):
@@ -254,22 +262,45 @@ class Workshop:
 
     def describe(self, identifier):
         with contextlib.suppress(OSError):  # of a name that is too long
-            (self.products / f"{identifier}.descr").write_text("Name = Probe\n")
+            (self.products / f"{identifier}.descr").write_text(f"Name = {identifier}\n")
 
-    def run(self, *products, build=BUILD, before=None, options=()):
+    def describe_wrongly(self, identifier):
+        """Makes a mistake in a description; returns what is said about it."""
+        (self.products / f"{identifier}.descr").write_text("Name = a\nVresion = 1.0\n")
+        return [f"{identifier}.descr:2:1: error: no such keyword: 'Vresion', did you mean "
+                "'Version'? [keyword-unknown]"]
+
+    def build_without_lint(self):
+        build = self.products / "build"
+        build.mkdir()
+        for name in ("morvane", "morvane.rsc"):
+            (build / name).symlink_to(BUILD / name)
+        return build
+
+    def path_of(self, *programs):
+        """Returns an environment in whose PATH only these programs are."""
+        path = self.products / "path"
+        path.mkdir()
+        for program in programs:
+            (path / pathlib.Path(program).name).symlink_to(shutil.which(program))
+        return {**os.environ, "PATH": str(path)}
+
+    def run(self, *products, build=BUILD, before=None, options=(), env=None):
         return subprocess.run([COMMAND, "--build", build, *options, self.result, *products],
-                              capture_output=True, text=True, preexec_fn=before, timeout=60)
+                              capture_output=True, text=True, preexec_fn=before, env=env,
+                              timeout=60)
 
-    def refuse(self, lines, *products, before=None):
-        ended = self.run(*products, before=before)
+    def refuse(self, lines, *products, **how):
+        ended = self.run(*products, **how)
         expect("standard error", [f"make-distribution: {line}" for line in lines],
                ended.stderr.splitlines())
         expect("exit status", 1, ended.returncode)
         expect("what is left", ["products"], os.listdir(self.root))
 
-    def accept(self, lines, *products):
-        ended = self.run(*products)
-        expect("standard error", [f"make-distribution: {line}" for line in lines],
+    def accept(self, lines, *products, looked=LOOKED, **how):
+        ended = self.run(*products, **how)
+        expect("standard error",
+               [f"make-distribution: {line}" for line in lines + ([] if looked else [NOBODY_LOOKED])],
                ended.stderr.splitlines())
         expect("exit status", 0, ended.returncode)
 
@@ -325,11 +356,19 @@ def names_without_an_end(workshop):
 
 
 def two_names_for_a_member(workshop):
+    """Where morvane-lint takes a member for something else than tar does, it need not be harmless
+    for either."""
     archive = workshop.archive("probe", [long_name("/opt/victim"), extended("path", "f"),
                                          member("g")])
     listed = subprocess.run(["tar", "-tf", archive], capture_output=True, text=True, check=True)
     expect("what tar takes it for", "f\n", listed.stdout)
-    workshop.accept([], archive)
+    if LINT.exists():
+        workshop.refuse(["probe.tar:1:1: error: '/opt/victim': an absolute name: the file outside "
+                         "would be given away; pack with 'tar -C TREE .' [member-absolute]",
+                         FOUND_ERRORS], archive)
+    else:
+        workshop.accept([], archive, build=workshop.build_without_lint(),
+                        env=workshop.path_of("python3", "tar"), looked=False)
 
 
 def chains_of_links(workshop):
@@ -388,8 +427,10 @@ def mutated_archives(workshop):
         archive.write_bytes(mutated(content, random.Random(seed)))
         ended = workshop.run(archive)
         endings.add(ended.returncode)
-        lines = ended.stderr.splitlines()
-        sound = all(line.startswith("make-distribution: probe.tar: ") for line in lines)
+        lines = ended.stderr.removesuffix(f"make-distribution: {FOUND_ERRORS}\n").splitlines()
+        lines = [line for line in lines if not (line.endswith(NOBODY_LOOKED) and not LOOKED)]
+        sound = all(re.match("make-distribution: probe.tar:( |1:1: error: )", line)
+                    for line in lines)
         expect(f"reasons for {seed}: {ended.stderr}", (True, ended.returncode == 1),
                (sound, bool(lines)))
         shutil.rmtree(workshop.result, ignore_errors=True)
@@ -510,11 +551,9 @@ def what_a_distribution_holds(workshop):
     (workshop.products / "bare.descr").unlink()
     workshop.accept(["warning: bare has no description"], archive, f"{tree}/", bare)
 
-    host = os.uname()
-    system = f"{host.sysname}{host.release.split('.')[0]}"
     expected = {f"morvane.{name}": COMMAND.parents[1] / "resources/launcher"
                 for name in ("SunOS4", "SunOS5")}
-    expected |= {f"morvane.{system}": BUILD / "morvane", "morvane.rsc": BUILD / "morvane.rsc",
+    expected |= {f"morvane.{SYSTEM}": None, "morvane.rsc": BUILD / "morvane.rsc",
                  "Makefile": COMMAND.parents[1] / "resources/Makefile", archive.name: archive,
                  f"{'a' * 49}.descr": workshop.products / f"{'a' * 49}.descr", "bare.tar": bare,
                  "source.descr": workshop.products / "source.descr", "source.tar": None}
@@ -525,6 +564,21 @@ def what_a_distribution_holds(workshop):
             expect(name, source.read_bytes(), made.read_bytes())
         runs = name.startswith("morvane.") and name != "morvane.rsc"
         expect(f"mode of {name}", runs, os.access(made, os.X_OK))
+
+
+def program_without_symbols(workshop):
+    stripped = workshop.products / "stripped"
+    shutil.copyfile(BUILD / "morvane", stripped)
+    subprocess.run(["strip", stripped], check=True)
+    archive = workshop.archive("probe", [member("f")])
+    workshop.accept([], archive)
+    program = workshop.result / f"morvane.{SYSTEM}"
+    expect("the program", True, program.read_bytes() == stripped.read_bytes())
+    shutil.rmtree(workshop.result)
+    # Where there is no strip, it is handed out with its symbols.
+    workshop.accept([], archive, build=workshop.build_without_lint(),
+                    env=workshop.path_of("python3", "tar"), looked=False)
+    expect("the program", True, program.read_bytes() == (BUILD / "morvane").read_bytes())
 
 
 def other_languages(workshop):
@@ -544,6 +598,92 @@ def unknown_language(workshop):
            f"English (without --language), {', '.join(LANGUAGES)}\n", ended.stderr)
     expect("exit status", 1, ended.returncode)
     expect("what is left", ["products"], os.listdir(workshop.root))
+
+
+def own_messages(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    own = workshop.products / "own"
+    own.write_bytes((BUILD / "morvane.rsc").read_bytes().replace(b"Goodbye", b"So long"))
+    workshop.accept([], archive, options=["--messages", own])
+    expect("messages", own.read_bytes(), (workshop.result / "morvane.rsc").read_bytes())
+    shutil.rmtree(workshop.result)
+    workshop.refuse([f"{own.parent}: is no file"], archive, options=["--messages", own.parent])
+    missing = workshop.products / "missing"
+    workshop.refuse([f"{missing}: No such file or directory"], archive,
+                    options=["--messages", missing])
+    ended = workshop.run(archive, options=["--messages", own, "--language", "de"])
+    expect("exit status with two kinds of messages", 2, ended.returncode)
+
+
+def build_beside_the_command(workshop):
+    tree = workshop.products / "tree"
+    (tree / "scripts").mkdir(parents=True)
+    shutil.copy(COMMAND, tree / "scripts")
+    (tree / "resources").symlink_to(COMMAND.parents[1] / "resources")
+    command = [tree / "scripts" / COMMAND.name, workshop.result,
+               workshop.archive("probe", [member("f")])]
+    ended = subprocess.run(command, capture_output=True, text=True, timeout=60)
+    expect("without a build", f"make-distribution: {tree}/build/morvane.rsc: No such file or "
+           "directory\n", ended.stderr)
+    (tree / "build").symlink_to(BUILD)
+    expect("exit status", 0, subprocess.run(command, timeout=60, stderr=subprocess.DEVNULL).returncode)
+    expect("messages", (BUILD / "morvane.rsc").read_bytes(),
+           (workshop.result / "morvane.rsc").read_bytes())
+
+
+def nobody_looks(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    workshop.describe_wrongly("probe")
+    workshop.accept([], archive, build=workshop.build_without_lint(),
+                    env=workshop.path_of("python3", "tar"), looked=False)
+
+
+def errors_that_lint_finds(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    found = workshop.describe_wrongly("probe")
+    workshop.refuse([*found, FOUND_ERRORS], archive)
+    workshop.accept(found, archive, options=["--force"])
+    shutil.rmtree(workshop.result)
+    workshop.refuse([*found, FOUND_ERRORS], archive, build=workshop.build_without_lint(),
+                    env=workshop.path_of("python3", "tar", LINT))
+
+
+def errors_in_own_messages(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    own = workshop.products / "own"
+    lines = (BUILD / "morvane.rsc").read_bytes().splitlines(keepends=True)
+    own.write_bytes(b"".join(line for line in lines if not line.startswith(b"001")))
+    workshop.refuse(["morvane.rsc:1:1: error: message 001 is missing: where it is used, 'No resource "
+                     "#1!' takes its place; add its line [message-missing]", FOUND_ERRORS],
+                    archive, options=["--messages", own])
+
+
+def warnings_that_lint_finds(workshop):
+    """Warnings are shown; notes are not, such as that of a target which may be there."""
+    tree = workshop.tree("probe")
+    (tree / "install").mkdir()
+    (tree / "install/Makefile").write_text("include more\n")
+    (workshop.products / "probe.descr").write_text("Name = a\nTarget = b\nVersion = 1.2.3.4x\n")
+    looked = subprocess.run([LINT, workshop.products], capture_output=True, text=True, timeout=60)
+    expect("a note is there", True, ": note: " in looked.stdout)
+    workshop.accept(["probe.descr:3:1: warning: of version '1.2.3.4x' the program takes 1.2.3 "
+                      "and ignores the rest: write up to three numbers with full stops between "
+                      "them [version-rest]"], tree)
+
+
+def lint_that_fails(workshop):
+    archive = workshop.archive("probe", [member("f")])
+    build = workshop.build_without_lint()
+    failing = build / "morvane-lint"
+    failing.write_text("#!/bin/sh\necho 'morvane-lint: a reason' >&2\nexit 2\n")
+    failing.chmod(0o755)
+    for how, status, last in (
+            ([], 1, [f"make-distribution: {failing} ended with status 2: the distribution is only "
+                     "made with --force"]),
+            (["--force"], 0, [])):
+        ended = workshop.run(archive, build=build, options=how)
+        expect("standard error", ["morvane-lint: a reason", *last], ended.stderr.splitlines())
+        expect("exit status", status, ended.returncode)
 
 
 def descriptions_that_are_no_files(workshop):
@@ -572,15 +712,17 @@ def no_python(workshop):
     expect("exit status", 1, ended.returncode)
 
 
-def stopped(number):
-    """A signal that comes while an archive is read, which here is done by what never ends."""
+def stopped(number, program):
+    """A signal that comes while an archive is read by tar, or looked at by morvane-lint, which here
+    is done by what never ends."""
     def check(workshop):
         archive = workshop.archive("probe", [member("f")])
-        slow = workshop.root / "products/tar"
+        slow = workshop.products / program
         slow.write_text("#!/bin/sh\n: >reading\nexec sleep 60\n")
         slow.chmod(0o755)
         command = subprocess.Popen(
-            [COMMAND, "--build", BUILD, workshop.result, archive], cwd=workshop.products,
+            [COMMAND, "--build", workshop.build_without_lint(), workshop.result, archive],
+            cwd=workshop.products,
             env={**os.environ, "PATH": f"{workshop.products}:{os.environ['PATH']}"},
             stderr=subprocess.PIPE, start_new_session=True,
             preexec_fn=lambda: signal.signal(number, signal.SIG_DFL))
@@ -590,7 +732,7 @@ def stopped(number):
         expect("standard error", b"", command.communicate(timeout=60)[1])
         expect("exit status", 128 + number, command.returncode)
         expect("what is left", ["products"], os.listdir(workshop.root))
-    check.__name__ = f"stopped by {number.name}"
+    check.__name__ = f"stopped in {program} by {number.name}"
     return check
 
 
@@ -655,7 +797,8 @@ CHECKS = (
     + [refused_identifiers(*row) for row in REFUSED_IDENTIFIERS]
     + [refused_content(*row) for row in REFUSED_CONTENTS]
     + [refused_members(*row) for row in REFUSED_HEADERS]
-    + [stopped(number) for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)]
+    + [stopped(number, program) for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)
+       for program in ("tar", "morvane-lint")]
     + [damaged_archives, names_without_an_end, two_names_for_a_member, chains_of_links,
        long_but_sound, mutated_archives,
        endings_that_make_knows, descriptions_that_are_no_files, control_characters_in_an_argument,
@@ -663,19 +806,22 @@ CHECKS = (
        result_in_no_directory,
        build_without_a_program, no_products, socket_in_a_tree, long_name_in_a_tree,
        members_of_a_tree, empty_tree, same_archive_of_the_same_tree, what_a_distribution_holds,
-       other_languages, unknown_language, fifty_products, odd_but_sound])
+       program_without_symbols, other_languages, unknown_language, own_messages,
+       build_beside_the_command, nobody_looks, lint_that_fails, fifty_products, odd_but_sound])
+WITH_LINT = [errors_that_lint_finds, errors_in_own_messages, warnings_that_lint_finds]
 
 
 def main():
     failures = 0
-    for number, check in enumerate(CHECKS):
+    checks = CHECKS + (WITH_LINT if LINT.exists() else [])
+    for number, check in enumerate(checks):
         with tempfile.TemporaryDirectory() as root:
             try:
                 check(Workshop(root))
             except Failed as failure:
                 failures += 1
                 print(f"{check.__name__} ({number}): {failure}")
-    print(f"{len(CHECKS)} checks, {failures} failed")
+    print(f"{len(checks)} checks, {failures} failed")
     sys.exit(1 if failures else 0)
 
 

@@ -25,6 +25,7 @@ for command in "$prefix"/bin/*; do
 	test -f "$1" || { echo "$name has no page"; exit 1; }
 done
 if [ -x "$prefix/bin/morvane-lint" ]; then
+	if grep "there is no morvane-lint" "$work/output"; then exit 1; fi
 	"$prefix/bin/morvane-lint" "$work/dist" >/dev/null
 	"$prefix/bin/morvane-graph" "$work/dist" | grep -q '"kelstone"'
 	"$prefix/bin/morvane-answers" --version >/dev/null
