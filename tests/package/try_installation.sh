@@ -27,7 +27,7 @@ done
 if [ -x "$prefix/bin/morvane-lint" ]; then
 	if grep "there is no morvane-lint" "$work/output"; then exit 1; fi
 	"$prefix/bin/morvane-lint" "$work/dist" >/dev/null
-	"$prefix/bin/morvane-graph" "$work/dist" | grep -q '"kelstone"'
+	"$prefix/bin/morvane-graph" "$work/dist" | grep -qF 'label="kelstone'
 	"$prefix/bin/morvane-answers" --version >/dev/null
 fi
 sed -i "s|= */opt/|= $work/dist/opt/|" "$work"/dist/*.descr
