@@ -14,6 +14,7 @@ import os
 import pathlib
 import pwd
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -21,6 +22,7 @@ import tempfile
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 TUTORIAL = PROJECT / "docs/first-distribution.md"
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+SKIPPED = 77
 TIMEOUT = 120
 
 
@@ -63,10 +65,14 @@ def main():
         prefix = work / "prefix"
         subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True,
                        stdout=subprocess.DEVNULL)
+        path = f"{prefix}/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin"
+        for command in ("morvane-lint", "dot"):
+            if not shutil.which(command, path=path):
+                print(f"skipped: there is no {command}")
+                sys.exit(SKIPPED)
         follow_in = work / "empty"
         follow_in.mkdir()
-        follow(follow_in, {"PATH": f"{prefix}/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin",
-                           "LC_ALL": "C", "HERE": str(work / "here")})
+        follow(follow_in, {"PATH": path, "LC_ALL": "C", "HERE": str(work / "here")})
 
 
 if __name__ == "__main__":

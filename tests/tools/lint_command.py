@@ -193,6 +193,19 @@ class Sarif(LintTest):
             fingerprints.update(result["partialFingerprints"].values())
         self.assertEqual(len(fingerprints), len(results))
 
+    def test_the_line_of_the_manual_page_for_a_ci_fails_after_it_wrote_the_log(self):
+        steps = (PROJECT / "man/examples/lint.yml").read_text()
+        line = re.search(r"run: (.*)", steps)[1]
+        log = self.directory / re.search(r"sarif_file: (.*)", steps)[1]
+        for text, status, results in ((HEAD, 0, []), (ERROR, 1, ["keyword-unknown"])):
+            self.write("products/x.descr", text)
+            self.write("products/x/file", "")
+            done = subprocess.run(["sh", "-c", line], cwd=self.directory, check=False,
+                                  env={"PATH": f"{BUILD}:/usr/bin:/bin"})
+            found = json.loads(log.read_text())["runs"][0]["results"]
+            self.assertEqual(done.returncode, status)
+            self.assertEqual([result["ruleId"] for result in found], results)
+
     def test_a_log_without_results_has_an_empty_list(self):
         self.write("x.descr", HEAD)
         log = json.loads(run("--format=sarif", "x.descr", directory=self.directory).stdout)
