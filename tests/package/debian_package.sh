@@ -1,6 +1,6 @@
 #!/bin/sh
-# debian_package.sh BUILD: makes the Debian packages, installs them into a directory of their own, uses
-# them there and removes them again.
+# debian_package.sh BUILD: makes the Debian packages, installs them into a directory of their own,
+# uses them there and removes them again.
 set -eu
 build=$1
 here=$(cd "$(dirname "$0")" && pwd)

@@ -285,10 +285,10 @@ class Workshop:
             (path / pathlib.Path(program).name).symlink_to(shutil.which(program))
         return {**os.environ, "PATH": str(path)}
 
-    def run(self, *products, build=BUILD, before=None, options=(), env=None):
+    def run(self, *products, build=BUILD, before=None, options=(), env=None, cwd=None):
         return subprocess.run([COMMAND, "--build", build, *options, self.result, *products],
                               capture_output=True, text=True, preexec_fn=before, env=env,
-                              timeout=60)
+                              cwd=cwd, timeout=60)
 
     def refuse(self, lines, *products, **how):
         ended = self.run(*products, **how)
@@ -299,8 +299,8 @@ class Workshop:
 
     def accept(self, lines, *products, looked=LOOKED, **how):
         ended = self.run(*products, **how)
-        expect("standard error",
-               [f"make-distribution: {line}" for line in lines + ([] if looked else [NOBODY_LOOKED])],
+        lines = lines if looked else [*lines, NOBODY_LOOKED]
+        expect("standard error", [f"make-distribution: {line}" for line in lines],
                ended.stderr.splitlines())
         expect("exit status", 0, ended.returncode)
 
@@ -626,7 +626,8 @@ def build_beside_the_command(workshop):
     expect("without a build", f"make-distribution: {tree}/build/morvane.rsc: No such file or "
            "directory\n", ended.stderr)
     (tree / "build").symlink_to(BUILD)
-    expect("exit status", 0, subprocess.run(command, timeout=60, stderr=subprocess.DEVNULL).returncode)
+    ended = subprocess.run(command, stderr=subprocess.DEVNULL, timeout=60)
+    expect("exit status", 0, ended.returncode)
     expect("messages", (BUILD / "morvane.rsc").read_bytes(),
            (workshop.result / "morvane.rsc").read_bytes())
 
@@ -644,6 +645,7 @@ def errors_that_lint_finds(workshop):
     workshop.refuse([*found, FOUND_ERRORS], archive)
     workshop.accept(found, archive, options=["--force"])
     shutil.rmtree(workshop.result)
+    workshop.refuse([*found, FOUND_ERRORS], archive, build=".", cwd=BUILD)
     workshop.refuse([*found, FOUND_ERRORS], archive, build=workshop.build_without_lint(),
                     env=workshop.path_of("python3", "tar", LINT))
 
@@ -653,8 +655,8 @@ def errors_in_own_messages(workshop):
     own = workshop.products / "own"
     lines = (BUILD / "morvane.rsc").read_bytes().splitlines(keepends=True)
     own.write_bytes(b"".join(line for line in lines if not line.startswith(b"001")))
-    workshop.refuse(["morvane.rsc:1:1: error: message 001 is missing: where it is used, 'No resource "
-                     "#1!' takes its place; add its line [message-missing]", FOUND_ERRORS],
+    workshop.refuse(["morvane.rsc:1:1: error: message 001 is missing: where it is used, 'No "
+                     "resource #1!' takes its place; add its line [message-missing]", FOUND_ERRORS],
                     archive, options=["--messages", own])
 
 
