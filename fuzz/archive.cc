@@ -36,8 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<finding> findings = list.finish();
   require(!content.fault || !findings.empty(), "a fault is found");
   for (const finding& found : findings) {
-    require(!found.file.empty() && is_check(found.id),
-            "a finding is one of the table");
+    require(!found.file.empty() && is_check(found.id), "a finding is one of the table");
   }
   json_report({"fuzz", "0", CHECKS}, findings);
   return 0;
