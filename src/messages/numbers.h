@@ -35,8 +35,10 @@ struct message_format {
 };
 
 #define MESSAGE(value, name, kind)
+// A name that is declared stands in no parentheses: NOLINTBEGIN(bugprone-macro-parentheses)
 #define FORMAT(value, name, count) \
   inline constexpr message_format<(count)> name{static_cast<message_number>(value)};
+// NOLINTEND(bugprone-macro-parentheses)
 #include "messages/messages.def"
 
 struct message_description {

@@ -39,7 +39,7 @@ std::optional<user> find_user(std::string_view name) {
   static std::map<std::string, user, std::less<>> known;
   const auto remembered = known.find(name);
   if (remembered != known.end()) return remembered->second;
-  const std::optional<user> found = to_user(look_up(getpwnam, std::string(name).c_str()));
+  std::optional<user> found = to_user(look_up(getpwnam, std::string(name).c_str()));
   if (found) known.emplace(name, *found);
   return found;
 }

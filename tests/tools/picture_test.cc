@@ -78,7 +78,8 @@ TEST(Picture, OfWhateverBytesIsPrintableAndQuoted) {
   drawn.nodes[0].lines = {"\"\\N&<\n\x1b\xc3"};
   EXPECT_NE(drawn_lines(drawn).find(R"(label="\"\\N&amp;<\\n\\033\\303")"), std::string::npos);
   drawn.edges.clear();
-  EXPECT_NE(drawn_lines(drawn).find(R"(<TD>&quot;\\N&amp;&lt;\\n\\033\\303</TD>)"), std::string::npos);
+  EXPECT_NE(drawn_lines(drawn).find(R"(<TD>&quot;\\N&amp;&lt;\\n\\033\\303</TD>)"),
+            std::string::npos);
 }
 
 TEST(Picture, HasOneTableForProductsWithoutRelations) {

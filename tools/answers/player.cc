@@ -234,7 +234,7 @@ player::reply_line player::demand_yes(const question& asked, std::string_view wh
 }
 
 player::reply_line player::give_directory(const question& asked) {
-  const reply_line line = give_text(asked, std::string(OPEN_TO_ALL));
+  reply_line line = give_text(asked, std::string(OPEN_TO_ALL));
   // It may be there already, today or when this is played again.
   if (find_answer(file_, section_, CREATE) != nullptr) is_yes(CREATE);
   return line;

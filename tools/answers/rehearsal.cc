@@ -45,7 +45,7 @@ class unpacker {
   explicit unpacker(std::string_view packed) : rest_(packed) {}
 
   std::string text() {
-    const std::string taken(until_nul(rest_));
+    std::string taken(until_nul(rest_));
     rest_.remove_prefix(std::min(taken.size() + 1, rest_.size()));
     return taken;
   }

@@ -18,7 +18,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t BLOCK_SIZE = 64 * 1024;
+constexpr std::size_t BLOCK_SIZE = 65'536;
 constexpr off_t TAR_BLOCK = 512;
 
 using open_archive = std::unique_ptr<archive, int (*)(archive*)>;

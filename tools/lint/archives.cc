@@ -30,7 +30,7 @@ constexpr std::size_t LONGEST_NAME = 1023;
 constexpr std::size_t LONGEST_PART = 255;
 
 // What the names and the environment of one command share with the names of an archive's members.
-constexpr std::size_t OTHER_ARGUMENTS = 128 * 1024;
+constexpr std::size_t OTHER_ARGUMENTS = 131'072;
 constexpr std::size_t BYTES_BESIDE_A_NAME = 9;  // its end and the pointer to it
 
 constexpr unsigned SET_ID_BITS = 06000;

@@ -287,7 +287,7 @@ class rule_checks {
     if (identifiers_.contains(rule)) return rule;
     for (const string_view ending : PRODUCT_RULES) {
       if (!rule.ends_with(ending)) continue;
-      const string other = rule.substr(0, rule.size() - ending.size());
+      string other = rule.substr(0, rule.size() - ending.size());
       if (other != identifier && identifiers_.contains(other)) return other;
     }
     return "";

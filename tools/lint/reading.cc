@@ -94,6 +94,7 @@ std::vector<event> events_of(const read_description& description) {
 
 std::vector<string_view> keyword_texts() {
   std::vector<string_view> texts;
+  texts.reserve(std::size(KEYWORDS));
   for (const keyword& each : KEYWORDS) texts.push_back(r[each.number]);
   return texts;
 }

@@ -85,7 +85,8 @@ void add_rings(const distribution_needs& needs, bool avoidable, const edge_filte
     if (covered[start]) continue;
     auto steps = ring_through(start, needs, edges);
     if (!steps) continue;
-    std::ranges::rotate(*steps, std::ranges::min_element(*steps, {}, &ring_step::product));
+    const auto first = std::ranges::min_element(*steps, {}, &ring_step::product);
+    std::rotate(steps->begin(), first, steps->end());
     for (const ring_step& step : *steps) covered[step.product] = true;
     ring found = {std::move(*steps), avoidable};
     const bool known = std::ranges::any_of(
