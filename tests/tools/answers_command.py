@@ -106,7 +106,7 @@ OTHERS = {
     "[base] access": ("yes", {"PRODUCT_ACCESS", "others"}),
 }
 
-WRITES = re.compile(r"(mkdir|mkdirat|unlink|unlinkat|rename\w*|chmod|fchmodat\w*|l?chown|fchownat|"
+WRITES = re.compile(r"\b(mkdir|mkdirat|unlink|unlinkat|rename\w*|chmod|fchmodat\w*|l?chown|fchownat|"
                     r"utime\w*|truncate|link|linkat|symlink\w*|mknod\w*|rmdir|creat)\(")
 
 

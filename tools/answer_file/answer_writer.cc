@@ -19,11 +19,12 @@ std::string comment_lines(std::string_view text) {
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = ' ';
   }
   std::string lines;
-  std::string line = "#";
+  const std::string sign = "#";
+  std::string line = sign;
   for (const std::string_view word : split_words(printed, WHITE_SPACE)) {
     if (line.size() > 1 && line.size() + 1 + word.size() > COMMENT_WIDTH) {
       lines += line + "\n";
-      line = "#";
+      line = sign;
     }
     // A word that is too long is cut: it would not fit a line of the file.
     line += ' ';
