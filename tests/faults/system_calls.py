@@ -129,9 +129,14 @@ def judge(stage, ended, fault, undisturbed):
     signals = [session.signal.Signals[fault.partition("-")[0]]] if fault.startswith("SIG") else []
     lost = call == b"write" and program_struck  # it may be the farewell
     found = stage.problems(ended, signals, scratch_may_stay=killed, farewell=not lost)
+    # An interrupt that comes as a command is started is lost: the program leaves it to the command,
+    # which is not there yet to hear it. And what a shell has just started outlives it where the
+    # interrupt strikes the shell alone.
+    starting = call == b"process" and fault.startswith(("SIGINT", "SIGQUIT"))
     # While the program waits for a command, it leaves interrupts to that.
     ends_it = fault.endswith("-group") or fault in ("SIGKILL", "SIGTERM", "SIGHUP")
-    if program_struck and ends_it and fault not in HARMLESS and stage.status != -signals[0]:
+    is_due = program_struck and ends_it and fault not in HARMLESS and not starting
+    if is_due and stage.status != -signals[0]:
         found.append(f"the signal does not end it: status {stage.status}")
 
     told = (stage.errors or any(text in stage.output for text in TELLING) or
@@ -148,7 +153,8 @@ def judge(stage, ended, fault, undisturbed):
     for name in RESULTS:
         half = stage.read(name) != EARLIER and not stage.is_complete(name)
         there = (stage.distribution / name).exists()
-        if half and there and not killed and name.encode() not in stage.errors + stage.output:
+        told_of = name.encode() in stage.errors + stage.output
+        if half and there and not killed and not starting and not told_of:
             found.append(f"{name} is half-written, and nobody is told")
     return found
 
