@@ -5,28 +5,17 @@
 #include "support/messages.h"
 #include "target.h"
 
-namespace {
-
 using namespace morvane;
-
-void write(const char* name, std::string_view content) {
-  std::FILE* file = std::fopen(name, "w");
-  require(file != nullptr, "the file can be written");
-  std::fwrite(content.data(), 1, content.size(), file);
-  std::fclose(file);
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const bool ready = [] {
     use_test_messages();
     use_scratch_directory();
-    write("fuzz.descr", "Name = fuzz\nVersion = 1\nTarget = part\nAskAgain = a\n");
+    write_file("fuzz.descr", "Name = fuzz\nVersion = 1\nTarget = part\nAskAgain = a\n");
     return true;
   }();
   require(ready, "messages and directory are there");
-  write("fuzz.tar", as_text(data, size));
+  write_file("fuzz.tar", as_text(data, size));
   const archive_content content = read_archive("fuzz.tar", "install/Makefile");
   require(content.members.size() <= size / 512, "a member takes a block");
   require(!content.wanted || content.wanted->size() <= MOST_CONTENT + 4096, "contents are bounded");

@@ -10,13 +10,6 @@ namespace {
 
 using namespace morvane;
 
-void write_description(std::string_view content) {
-  std::FILE* file = std::fopen("fuzz.descr", "w");
-  require(file != nullptr, "the description can be written");
-  std::fwrite(content.data(), 1, content.size(), file);
-  std::fclose(file);
-}
-
 // Tells whether the slots that are set come first.
 template <typename Slots>
 bool is_contiguous(const Slots& slots) {
@@ -66,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return true;
   }();
   require(ready, "messages and directory are there");
-  write_description(as_text(data, size));
+  write_file("fuzz.descr", as_text(data, size));
   static product record;
   read_product(".", "fuzz", record);
   check(record);

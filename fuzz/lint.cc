@@ -7,18 +7,7 @@
 #include "support/messages.h"
 #include "target.h"
 
-namespace {
-
 using namespace morvane;
-
-void write_description(std::string_view content) {
-  std::FILE* file = std::fopen("fuzz.descr", "w");
-  require(file != nullptr, "the description can be written");
-  std::fwrite(content.data(), 1, content.size(), file);
-  std::fclose(file);
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const bool ready = [] {
@@ -28,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }();
   require(ready, "messages and directory are there");
   const std::string_view content = as_text(data, size);
-  write_description(content);
+  write_file("fuzz.descr", content);
   const read_description description = load_description(".", "fuzz");
   finding_list list;
   lint_description(description, list);

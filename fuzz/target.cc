@@ -61,4 +61,11 @@ const std::string& use_scratch_directory() {
   return scratch.path;
 }
 
+void write_file(const char* name, std::string_view content) {
+  std::FILE* file = std::fopen(name, "w");
+  require(file != nullptr, "the file can be written");
+  std::fwrite(content.data(), 1, content.size(), file);
+  std::fclose(file);
+}
+
 }  // namespace morvane

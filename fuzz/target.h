@@ -35,6 +35,9 @@ memory_file open_memory(std::string_view content);
 // the process ends and is then removed. Returns its path, which is of the same length every time.
 const std::string& use_scratch_directory();
 
+// Writes the file `name` in the current directory.
+void write_file(const char* name, std::string_view content);
+
 }  // namespace morvane
 
 #endif  // MORVANE_FUZZ_TARGET_H

@@ -6,7 +6,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::string_view DIGITS = "0123456789ABCDEF";
+constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
 
 // "$" begins a variable.
 constexpr std::string_view MEANINGFUL = "%$";
@@ -19,7 +19,7 @@ bool is_control(char c) {
 
 std::string escape_byte(char c) {
   const auto byte = static_cast<unsigned char>(c);
-  return {'%', DIGITS[byte / 16U], DIGITS[byte % 16U]};
+  return {'%', HEX_DIGITS[byte / 16U], HEX_DIGITS[byte % 16U]};
 }
 
 std::string escape(std::string_view text, std::string_view meaningful) {
@@ -59,8 +59,8 @@ std::optional<std::string> unescape(std::string_view written) {
       continue;
     }
     if (written.size() - i < 3) return std::nullopt;
-    const std::size_t high = DIGITS.find(written[i + 1]);
-    const std::size_t low = DIGITS.find(written[i + 2]);
+    const std::size_t high = HEX_DIGITS.find(written[i + 1]);
+    const std::size_t low = HEX_DIGITS.find(written[i + 2]);
     if (high == std::string_view::npos || low == std::string_view::npos) return std::nullopt;
     text += static_cast<char>(16 * high + low);
     if (text.back() == '\0' || text.back() == '\n') return std::nullopt;

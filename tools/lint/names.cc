@@ -21,7 +21,6 @@ using std::string;
 using std::string_view;
 
 constexpr string_view LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-constexpr string_view DIGITS = "0123456789";
 
 bool consists_of(string_view text, const string& characters) {
   return text.find_first_not_of(characters) == string_view::npos;
