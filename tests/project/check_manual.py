@@ -19,7 +19,7 @@ import subprocess
 import sys
 import tempfile
 
-import check_messages
+import message_list
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 MANUAL = PROJECT / "man"
@@ -79,10 +79,10 @@ def check_kinds(page):
     """Compares what morvane.rsc(5) says of kinds of messages with the program's list."""
     for pattern, kinds in LISTS.items():
         listed = re.search(pattern, page, re.MULTILINE)
-        if not listed or listed_numbers(listed[1]) != set(check_messages.of_kind(*kinds)):
+        if not listed or listed_numbers(listed[1]) != set(message_list.of_kind(*kinds)):
             yield f"morvane.rsc.5: does not name every {' and '.join(kinds)}, and no other message"
     entries = dict(re.findall(r"^\.It (\d+)\n((?:(?!\.It|\.El).*\n)*)", page, re.MULTILINE))
-    for number, _, kind, texts in check_messages.DESCRIBED:
+    for number, _, kind, texts in message_list.DESCRIBED:
         entry = entries.get(f"{number:03}", "")
         arguments = re.search(r"^Arguments?: (.*)\.$", entry, re.MULTILINE)
         if len(arguments[1].split(", ") if arguments else []) != texts:
@@ -92,7 +92,7 @@ def check_kinds(page):
 
 
 def check_numbers(messages):
-    used = [f"{number:03}" for number in check_messages.USED]
+    used = [f"{number:03}" for number in message_list.USED]
     page = (MANUAL / "morvane.rsc.5").read_text()
     yield from number_counts(re.findall(r"^\.It (\d+)$", page, re.MULTILINE), used,
                              "morvane.rsc.5: number")
@@ -100,7 +100,7 @@ def check_numbers(messages):
 
     texts = dict(re.findall(r"^(\d{3}) (.*)$", messages, re.MULTILINE))
     keywords = {number: texts[number]
-                for number in (f"{number:03}" for number in check_messages.of_kind("KEYWORD"))}
+                for number in (f"{number:03}" for number in message_list.of_kind("KEYWORD"))}
     if dict(re.findall(r"^\.It (\d+)\n\.Ic (\w+)$", page, re.MULTILINE)) != keywords:
         yield "morvane.rsc.5: the keywords are not those of the message file"
     page = (MANUAL / "morvane.descr.5").read_text()

@@ -16,7 +16,7 @@ import subprocess
 import sys
 import tempfile
 
-import check_messages
+import message_list
 
 WIDEST_LINE = 79
 TIMEOUT = 60
@@ -91,9 +91,9 @@ def results(root):
 
 def play(program, path):
     """Returns what is wrong with the two sessions, and what the first one wrote."""
-    messages, _ = check_messages.read_messages(path)
-    yes, no, leave = messages[check_messages.NUMBERS["ANSWER_LETTERS"]]
-    farewell = messages[check_messages.NUMBERS["FAREWELL"]]
+    messages = message_list.read_messages(path)
+    yes, no, leave = messages[message_list.NUMBERS["ANSWER_LETTERS"]]
+    farewell = messages[message_list.NUMBERS["FAREWELL"]]
     with tempfile.TemporaryDirectory(prefix="morvane-messages-", dir="/tmp") as directory:
         root = pathlib.Path(directory)
         lay_out(root, path)

@@ -50,6 +50,21 @@ def archive(members):
     return packed.getvalue()
 
 
+def two_names(name):
+    """An archive with a file that GNU tar's way to write a long name calls "file", and the later
+    one, a pax header, `name`."""
+    def block(kind, content):
+        info = tarfile.TarInfo("header")
+        info.type, info.size = kind, len(content)
+        return info.tobuf(tarfile.USTAR_FORMAT) + content.ljust(tarfile.BLOCKSIZE, b"\0")
+
+    record = f" path={name}\n"
+    length = len(record) + 2
+    return (block(tarfile.GNUTYPE_LONGNAME, b"file\0") +
+            block(tarfile.XHDTYPE, f"{length}{record}".encode()) +
+            tarfile.TarInfo("file").tobuf(tarfile.USTAR_FORMAT) + bytes(2 * tarfile.BLOCKSIZE))
+
+
 def described(lines, archived=None, **more):
     """A product x of HEAD and further lines."""
     return {"x.descr": HEAD + lines, "x.tar": archived or [FILE, MAKEFILE], **more}
@@ -198,6 +213,8 @@ CASES = {
 
     # Archives.
     "archive-unreadable": ("x.tar:1", {**GOOD, "x.tar": archive([FILE])[:512]}, GOOD),
+    "archive-ambiguous": ("x.tar:1", {**GOOD, "x.tar": two_names("install/Makefile")},
+                          {**GOOD, "x.tar": two_names("file")}),
     "archive-compressed": ("x.tar:1", {**GOOD, "x.tar": b"\x1f\x8b\x08 and more"}, GOOD),
     "archive-empty": ("x.tar:1", {**GOOD, "x.tar": archive([])}, GOOD),
     "archive-names": ("x.tar:1",
@@ -253,13 +270,28 @@ CASES = {
                       messages("040", f"040 {'a' * 79}\\na\n")),
     "message-title": (at("011"), messages("011", "011 =  short  =\n"), messages()),
     "message-letters": (at("001"), messages("001", "001 ynN\n"), messages("001", "001 jnQ\n")),
+    "message-hint": (at("035"), messages("035", "035 (yes, no, q)\n"),
+                     messages("035", "035 Y N Q\n")),
     "message-keyword": (at("202"), messages("202", "202 Name\n"), messages("202", "202 Title\n")),
+    "message-number": (at("065"), messages("065", "065 three\n"), messages("065", "065 12\n")),
+    "message-line": (at("141"), messages("141", "141 one\\ntwo\n"), messages("141", "141 one\n")),
+    "message-type": (at("256"), messages("256", f"256 {'a' * 50}\n"),
+                     messages("256", f"256 {'a' * 49}\n")),
+    "message-command": (at("122"), messages("122", "122 if true; then\n"),
+                        messages("122", "122 if true; then :; fi\n")),
+    "message-joined": (at("013"), messages("013", "013 No blank.\n"),
+                       messages("013", "013 A blank. |\n")),
+    "message-height": (at("024"), messages("018", "018 " + r"line\n" * 12 + "\n"),
+                       messages("018", "018 1\n")),
     "message-translated": ("other.rsc:" + at("240").partition(":")[2],
                            messages("240", "240 OTHER\n", name="other.rsc"),
                            messages("040", "040 Other\n", name="other.rsc")),
     "message-new-lines": ("other.rsc:" + at("040").partition(":")[2],
                           messages("040", "040 Other\\n\n", name="other.rsc"),
                           messages("040", "040 Other\n", name="other.rsc")),
+    "message-answers": ("other.rsc:" + at("034").partition(":")[2],
+                        messages("034", "034 y for yes.\n", name="other.rsc"),
+                        messages("034", "034 N: no, Y: yes.\n", name="other.rsc")),
 
     # Needs.
     "need-unmet": ("x.descr:8", described(PART + NEEDS_Y), {**described(PART + NEEDS_Y),

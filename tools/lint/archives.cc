@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "archive/archive_reader.h"
+#include "archive/tar_listing.h"
 #include "lint/archive_tree.h"
 #include "lint/makefile_targets.h"
 #include "lint/sense.h"
@@ -226,6 +227,7 @@ class archive_checks {
   }
 
   void check_archive(const distributed_product& product) {
+    tar_listing listing(*product.archive);
     const archive_content content = read_archive(*product.archive, MAKEFILE);
     if (content.fault) report_fault(product, *content.fault, content.reason);
     archived_product& archived =
@@ -237,6 +239,10 @@ class archive_checks {
       }
     }
     if (content.fault) return;
+    if (const string difference = listing.difference_from(content.members); !difference.empty()) {
+      add("archive-ambiguous", product,
+          "the archive can be read in two ways: " + printable(difference) + "; pack it again");
+    }
     if (content.members.empty()) {
       add("archive-empty", product, "the archive holds nothing, for which the installation fails");
     }

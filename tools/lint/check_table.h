@@ -192,6 +192,9 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"archive-unreadable", severity::ERROR, "No tar archive that can be read.",
      "It is no tar archive, or damaged, or cut off: the installation fails half-way. Pack it "
      "again."},
+    {"archive-ambiguous", severity::ERROR, "tar reads an archive otherwise than other programs.",
+     "Names that stand in an archive twice, in the ways of different times, can be made to differ: "
+     "what was looked at is then not what is extracted. Pack it again. Only GNU tar is compared."},
     {"archive-compressed", severity::ERROR, "An archive is compressed.",
      "Not every tar that install.mk meets unpacks it. Unpack it first; the name stays ID.tar."},
     {"archive-empty", severity::ERROR, "An archive holds nothing.",
@@ -284,14 +287,36 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"message-letters", severity::ERROR, "The answers are not three different letters.",
      "Message 001 holds the letters for yes, no and quit, one byte each: of equal ones the first "
      "counts, so that an operator cannot say no, or not quit."},
+    {"message-hint", severity::WARNING, "The hint behind questions does not name the answers.",
+     "Message 035 tells what to type: the three letters of message 001, each as a word."},
     {"message-keyword", severity::ERROR, "A keyword that no entry can have.",
      "Keywords consist of letters and underscores and differ from each other: of equal ones the "
      "first counts, and others are never found."},
+    {"message-number", severity::ERROR, "A message that must be a number is none.",
+     "Messages 065 and 069 are as many characters as are compared. Write digits alone."},
+    {"message-line", severity::ERROR, "A comment of the files written has several lines.",
+     "Messages 141 to 143 are put behind a '#' into settings files and install.mk: what is behind "
+     "\\n is read as a part of the makefile. Write one line."},
+    {"message-type", severity::WARNING, "A text in the place of a type is too long.",
+     "Messages 256 and 257 are cut at 49 bytes, as types are. Shorten the text."},
+    {"message-command", severity::ERROR, "A command that the shell cannot read.",
+     "Messages 037, 111 to 113 and 122 are run by the shell: where it cannot read them, the "
+     "operator is told that rights are missing or that the host will not do. Nothing is run to "
+     "find out: 'sh -n' reads the command."},
+    {"message-joined", severity::WARNING, "Messages run into each other.",
+     "Messages 012 to 016 are joined into one paragraph. End each with a blank, which a bar behind "
+     "it keeps: ' |'."},
+    {"message-height", severity::WARNING, "The selection does not fit the screen.",
+     "Messages 017, 018, 024 and 029 stand above and below the list: a terminal of 24 lines shall "
+     "show them with a list of eleven products. Shorten them."},
     {"message-translated", severity::ERROR, "A text that is no word of a language is translated.",
      "Names of files, commands, what hosts report, and the words that descriptions are read with "
      "are the same in every language: translated, they find nothing."},
     {"message-new-lines", severity::WARNING, "A translation begins or ends otherwise.",
      "New lines at the beginning or end keep texts apart, and are the same in every language."},
+    {"message-answers", severity::NOTE, "A translation names other answers.",
+     "Where the original says which letter to type, the translation says it as well, with its own "
+     "letters. A word of one letter may be taken for one."},
 
     // Needs.
     {"need-unmet", severity::WARNING, "A needed category that no product has.",

@@ -96,13 +96,4 @@ std::vector<finding> finding_list::finish() {
   return shortened(std::move(findings_));
 }
 
-std::string_view allowed_id(std::string_view text) {
-  const std::size_t colon = text.find(':');
-  if (colon == std::string_view::npos) return "";
-  const std::string_view id = text.substr(0, colon);
-  const bool has_reason = text.find_first_not_of(WHITE_SPACE, colon + 1) != std::string_view::npos;
-  const bool is_word = id.find_first_of(WHITE_SPACE) == std::string_view::npos;
-  return has_reason && is_word ? id : "";
-}
-
 }  // namespace morvane

@@ -54,10 +54,6 @@ class finding_list {
   std::map<file_and_check, std::vector<allowance>> allowances_;
 };
 
-// Reads the text of a suppression: "ID: REASON"; returns the identifier, empty where it is
-// malformed.
-std::string_view allowed_id(std::string_view text);
-
 }  // namespace morvane
 
 #endif  // MORVANE_LINT_FINDING_LIST_H

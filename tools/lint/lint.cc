@@ -7,6 +7,7 @@
 #include "lint/needs.h"
 #include "lint/reading.h"
 #include "lint/sense.h"
+#include "lint/suppression.h"
 #include "platform/input_file.h"
 #include "text/white_space.h"
 

@@ -21,6 +21,7 @@
 #include "lint/finding_list.h"
 #include "lint/lint.h"
 #include "lint/message_checks.h"
+#include "lint/translation_checks.h"
 #include "report/report.h"
 
 namespace morvane {

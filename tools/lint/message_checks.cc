@@ -1,25 +1,25 @@
 #include "lint/message_checks.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "catalogue/description_keywords.h"
+#include "catalogue/product.h"
+#include "lint/answer_letters.h"
+#include "lint/message_file.h"
+#include "lint/message_layout.h"
+#include "lint/shell_syntax.h"
+#include "lint/suppression.h"
 #include "messages/numbers.h"
 #include "messages/table.h"
-#include "platform/input_file.h"
 #include "report/finding.h"
 #include "text/format.h"
 #include "text/number.h"
-#include "text/text.h"
 
 namespace morvane {
 
@@ -30,64 +30,11 @@ using std::string_view;
 
 constexpr std::size_t LONGEST_LINE = 154;  // what is beyond is cut
 constexpr std::size_t LONGEST_TEXT = MESSAGE_SIZE - 1;
-constexpr std::size_t MOST_LINES = 10'000;
-constexpr std::size_t MOST_BYTES_OF_A_LINE = 4096;
 
 // Returns what the program does with a message, or null where it does not use the number.
 const message_description* find_message(int number) {
   const auto found = std::ranges::find(MESSAGES, number, &message_description::number);
   return found == std::end(MESSAGES) ? nullptr : &*found;
-}
-
-// Tells whether lines of any width will do: commands, and what is broken into lines.
-bool is_of_any_width(message_kind kind) {
-  return kind == message_kind::COMMAND || kind == message_kind::PARAGRAPH;
-}
-
-// Tells whether such a text is no word of a language.
-bool is_technical(message_kind kind) {
-  return kind == message_kind::COMMAND || kind == message_kind::KEYWORD ||
-         kind == message_kind::NAME || kind == message_kind::NUMBER;
-}
-
-struct message_line {
-  std::size_t line = 0;
-  string written;  // without its newline
-};
-
-struct message_file {
-  std::vector<message_line> lines;                  // all, comments too
-  std::map<int, std::vector<std::size_t>> numbers;  // with the lines that they stand in
-  std::unique_ptr<message_table> table = std::make_unique<message_table>();
-
-  string_view text(int number) const { return (*table)[number]; }
-  bool has(int number) const { return numbers.contains(number); }
-  place_in_file place(int number) const { return {numbers.at(number).back(), 1}; }
-};
-
-// Returns the number of the message in a line, or 0.
-int number_of(string_view line) {
-  if (line.size() < 4) return 0;
-  const int number = number_or_zero(line);
-  return number >= 1 && number < MESSAGE_COUNT ? number : 0;
-}
-
-std::optional<message_file> read_file(const string& path) {
-  message_file read;
-  input_file file(path);
-  if (!file.is_open()) return std::nullopt;
-  while (file.peek() != input_file::END && read.lines.size() < MOST_LINES) {
-    message_line& taken = read.lines.emplace_back();
-    taken.line = file.place().line;
-    file.read_line(MOST_BYTES_OF_A_LINE, taken.written);
-    if (taken.written.ends_with('\n')) taken.written.pop_back();
-    const int number = number_of(until_nul(taken.written));
-    if (number != 0) read.numbers[number].push_back(taken.line);
-  }
-  if (file.error() != 0) return std::nullopt;
-  input_file again(path);
-  read_messages(again, *read.table);
-  return read;
 }
 
 // Returns the number of bytes that a text has once its escapes are resolved and a bar removed.
@@ -102,22 +49,6 @@ std::size_t resolved_size(string_view raw) {
   return size - (last == '|' ? 1 : 0);
 }
 
-// Returns the length of the longest line of a text.
-std::size_t width(string_view text) {
-  std::size_t widest = 0;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    widest = std::max(widest, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return widest;
-}
-
-string shown_number(int number) {
-  const string digits = std::to_string(number);
-  return string(3 - digits.size(), '0') + digits;
-}
-
 // Checks one message file.
 class message_checks {
  public:
@@ -125,6 +56,7 @@ class message_checks {
       : name_(name), file_(file), findings_(findings) {}
 
   void check() {
+    take_suppressions();
     for (const message_line& line : file_.lines) check_line(line);
     check_numbers();
     for (const message_description& message : MESSAGES) {
@@ -132,11 +64,29 @@ class message_checks {
     }
     check_letters();
     check_keywords();
+    check_commands();
+    check_layout(name_, file_, findings_);
   }
 
  private:
   void add(check_id id, const place_in_file& place, string text) {
     findings_.add(id, name_, place, std::move(text));
+  }
+
+  // A suppression reaches up to the next message.
+  void take_suppressions() {
+    std::size_t next = 0;
+    for (std::size_t i = file_.lines.size(); i-- > 0;) {
+      const message_line& line = file_.lines[i];
+      if (number_of_line(line.written) != 0) next = line.line;
+      if (!line.written.starts_with('#')) continue;
+      std::optional<allowance> allowed = allowance_of_comment(string_view(line.written).substr(1),
+                                                              name_, {line.line, 1}, findings_);
+      if (!allowed) continue;
+      allowed->first = line.line;
+      allowed->last = std::max(next, line.line);
+      findings_.allow(std::move(*allowed));
+    }
   }
 
   void check_line(const message_line& line) {
@@ -146,7 +96,7 @@ class message_checks {
       add("message-not-ascii", {line.line, static_cast<std::size_t>(other - written.begin()) + 1},
           "a byte that is no ASCII: each counts as a column, so that lines lose their shape");
     }
-    const int number = number_of(until_nul(written));
+    const int number = number_of_line(written);
     if (number == 0) return;
     const bool three_digits = std::all_of(written.begin(), written.begin() + 3,
                                           [](char c) { return c >= '0' && c <= '9'; });
@@ -191,18 +141,10 @@ class message_checks {
   }
 
   void check_message(const message_description& message) {
-    const string_view text = file_.text(message.number);
-    const std::size_t ruler = file_.has(RULER) ? file_.text(RULER).size() : text.size();
-    if (message.kind == message_kind::FORMAT) check_format(message, text);
-    if (message.kind == message_kind::TITLE) {
-      check_title(message.number, text, ruler);
-    } else if (const std::size_t widest = width(text);
-               widest > ruler && !is_of_any_width(message.kind)) {
-      add("message-width", file_.place(message.number),
-          "a line of " + std::to_string(widest) +
-              " characters, wider than the ruler, message 010, " + "with " + std::to_string(ruler) +
-              ": put \\n into it");
-    }
+    if (message.kind == message_kind::FORMAT) check_format(message, file_.text(message.number));
+    if (message.kind == message_kind::NUMBER) check_number(message.number);
+    if (message.kind == message_kind::HEAD_LINE) check_head_line(message.number);
+    if (message.kind == message_kind::PRODUCT_TYPE) check_type(message.number);
   }
 
   void check_format(const message_description& message, string_view text) {
@@ -213,28 +155,58 @@ class message_checks {
             std::to_string(message.texts) + " texts: write as many, in their order");
   }
 
-  void check_title(int number, string_view text, std::size_t ruler) {
-    if (text.size() == ruler && text.starts_with(file_.text(LEFT_FRAME)) &&
-        text.ends_with(file_.text(RIGHT_FRAME))) {
+  void check_number(int number) {
+    const string_view text = file_.text(number);
+    if (!text.empty() && text.find_first_not_of(DIGITS) == string_view::npos) return;
+    add("message-number", file_.place(number),
+        quoted(text) + " is no number: the program takes it for " +
+            std::to_string(number_or_zero(text)) + "; write digits alone");
+  }
+
+  void check_head_line(int number) {
+    if (file_.text(number).find('\n') == string_view::npos) return;
+    add("message-line", file_.place(number),
+        "a comment of the files written, in which what is behind \\n is no comment: write one "
+        "line");
+  }
+
+  void check_type(int number) {
+    if (file_.text(number).size() <= name_text::LONGEST) return;
+    add("message-type", file_.place(number),
+        "this stands in the place of a type, and is cut at " + std::to_string(name_text::LONGEST) +
+            " bytes: shorten it");
+  }
+
+  void check_commands() {
+    for (const int number : {SITE_RIGHTS_COMMAND, SITE_HOST_COMMAND}) {
+      if (file_.has(number)) check_command(number, file_.text(number));
+    }
+    if (!file_.has(LINKS_COMMAND_1) || !file_.has(LINKS_COMMAND_2) || !file_.has(LINKS_COMMAND_3)) {
       return;
     }
-    add("message-title", file_.place(number),
-        "this title line has " + std::to_string(text.size()) + " characters and the ruler " +
-            std::to_string(ruler) + ": make it as wide, in the frames of messages 008 and 009");
+    check_command(LINKS_COMMAND_1, "links" + string(file_.text(LINKS_COMMAND_1)) +
+                                       string(file_.text(LINKS_COMMAND_2)) +
+                                       string(file_.text(LINKS_COMMAND_3)));
+  }
+
+  void check_command(int number, string_view text) {
+    if (is_shell_syntax(text)) return;
+    add("message-command", file_.place(number),
+        "the shell cannot read the command " + quoted(text) + ": try it with 'sh -n'");
   }
 
   void check_letters() {
     if (!file_.has(ANSWER_LETTERS)) return;
     const string_view letters = file_.text(ANSWER_LETTERS);
-    std::set<int> different;
-    for (const char c : letters) {
-      if (std::isalpha(static_cast<unsigned char>(c)) != 0) {
-        different.insert(std::tolower(static_cast<unsigned char>(c)));
-      }
+    if (letters.size() != 3 || !are_different_letters(letters)) {
+      add("message-letters", file_.place(ANSWER_LETTERS),
+          "yes, no and quit are " + quoted(letters) + ": give three different letters");
+    } else if (file_.has(ANSWER_HINT) &&
+               answers_named(file_.text(ANSWER_HINT), letters).size() != 3) {
+      add("message-hint", file_.place(ANSWER_HINT),
+          "the hint behind questions does not name the answers " + quoted(letters) +
+              " of message 001, each by itself");
     }
-    if (letters.size() == 3 && different.size() == 3) return;
-    add("message-letters", file_.place(ANSWER_LETTERS),
-        "yes, no and quit are " + quoted(letters) + ": give three different letters");
   }
 
   void check_keywords() {
@@ -265,34 +237,9 @@ class message_checks {
 }  // namespace
 
 bool check_messages(const string& file, finding_list& findings) {
-  const std::optional<message_file> read = read_file(file);
+  const std::optional<message_file> read = read_message_file(file);
   if (!read) return false;
   message_checks(file, *read, findings).check();
-  return true;
-}
-
-bool check_translation(const string& file, const string& original, finding_list& findings) {
-  const std::optional<message_file> read = read_file(file);
-  const std::optional<message_file> other = read_file(original);
-  if (!read || !other) return false;
-  for (const message_description& message : MESSAGES) {
-    const int number = message.number;
-    if (!read->has(number) || !other->has(number)) continue;
-    const string_view text = read->text(number);
-    const string_view meant = other->text(number);
-    if (is_technical(message.kind)) {
-      if (text != meant) {
-        findings.add("message-translated", file, read->place(number),
-                     "message " + shown_number(number) + " is no word of a language: it stays " +
-                         quoted(meant));
-      }
-    } else if (text.starts_with('\n') != meant.starts_with('\n') ||
-               text.ends_with('\n') != meant.ends_with('\n')) {
-      findings.add("message-new-lines", file, read->place(number),
-                   "message " + shown_number(number) +
-                       " begins or ends otherwise than the original, as to new lines");
-    }
-  }
   return true;
 }
 

@@ -11,11 +11,6 @@ namespace morvane {
 // Adds what is wrong with the message file `file`. Returns false where it cannot be read.
 bool check_messages(const std::string& file, finding_list& findings);
 
-// Adds where the message file `file` is no translation of `original`: what is no word of a language
-// must be the same, and texts must begin and end alike. Returns false where one cannot be read.
-bool check_translation(const std::string& file, const std::string& original,
-                       finding_list& findings);
-
 }  // namespace morvane
 
 #endif  // MORVANE_LINT_MESSAGE_CHECKS_H

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,10 +11,9 @@
 #include "catalogue/description_reader.h"
 #include "lint/description_fields.h"
 #include "lint/spelling.h"
+#include "lint/suppression.h"
+#include "lint/value_checks.h"
 #include "messages/table.h"
-#include "text/number.h"
-#include "text/white_space.h"
-#include "text/words.h"
 
 namespace morvane {
 
@@ -189,29 +188,14 @@ class line_checks {
 
   // A suppression reaches up to the next entry, and, above the first one, to the whole file.
   void take_suppression(const located_entry& comment, std::size_t index) {
-    string_view text = without_leading(comment.value, WHITE_SPACE);
-    constexpr string_view HEAD = "lint:";
-    if (!text.starts_with(HEAD)) return;
-    text = without_leading(text.substr(HEAD.size()), WHITE_SPACE);
-    constexpr string_view VERB = "allow ";
-    const string_view id = text.starts_with(VERB)
-                               ? allowed_id(without_leading(text.substr(VERB.size()), WHITE_SPACE))
-                               : "";
-    if (id.empty()) {
-      add("allow-malformed", comment.place,
-          "this suppresses nothing: write '# lint: allow ID: REASON'");
-      return;
-    }
+    std::optional<allowance> allowed =
+        allowance_of_comment(comment.value, description_.file, comment.place, findings_);
+    if (!allowed) return;
     const std::size_t next = next_entry_[index];
     const bool heads_the_file = index < next_entry_[0];
-    allowance allowed;
-    allowed.id = id;
-    allowed.file = description_.file;
-    allowed.stands_in = description_.file;
-    allowed.place = comment.place;
-    allowed.first = heads_the_file ? 1 : comment.place.line;
-    allowed.last = next == events_.size() ? comment.place.line : events_[next].place.line;
-    findings_.allow(std::move(allowed));
+    allowed->first = heads_the_file ? 1 : comment.place.line;
+    allowed->last = next == events_.size() ? comment.place.line : events_[next].place.line;
+    findings_.allow(std::move(*allowed));
   }
 
   void check_fault(const located_fault& fault) {
@@ -322,7 +306,7 @@ class line_checks {
     }
     note_opened(entry, field);
     check_repeated(entry, field);
-    check_value(entry, field);
+    check_value(entry, description_.file, findings_);
   }
 
   void note_opened(const located_entry& entry, const description_field& field) {
@@ -363,102 +347,6 @@ class line_checks {
           "a second " + quoted(r[entry.keyword]) + ", which replaces that of line " + first +
               ": remove one");
     }
-  }
-
-  void check_value(const located_entry& entry, const description_field& field) {
-    if (entry.value.empty()) {
-      if (field.kind != value_kind::OPENING && field.kind != value_kind::LINES) {
-        add("value-empty", entry.place,
-            quoted(r[entry.keyword]) + " has no value: give one, or remove the line");
-      }
-      return;
-    }
-    switch (field.kind) {
-      case value_kind::NUMBER:
-        check_number(entry);
-        break;
-      case value_kind::VERSION:
-        check_version_value(entry);
-        break;
-      case value_kind::LIST:
-        check_list(entry, field);
-        break;
-      default:
-        check_length(entry, field, entry.value);
-    }
-  }
-
-  void check_length(const located_entry& entry, const description_field& field, string_view value) {
-    if (field.longest == 0 || value.size() <= field.longest) return;
-    add("value-cut", entry.place,
-        "the program keeps " + std::to_string(field.longest) + " bytes here, of " +
-            std::to_string(value.size()) + ": the value becomes " +
-            quoted(value.substr(0, field.longest)));
-  }
-
-  void check_number(const located_entry& entry) {
-    const bool digits = entry.value.find_first_not_of("0123456789") == string::npos;
-    if (digits && entry.value.size() < 10) return;
-    add("number-none", entry.place,
-        quoted(entry.value) + " is no number: the program takes it for " +
-            std::to_string(number_or_zero(entry.value)) + "; write digits alone");
-  }
-
-  void check_version_value(const located_entry& entry) {
-    string_view rest = entry.value;
-    string read;
-    bool none = false;
-    bool ignored = false;
-    for (int piece = 0; piece < 3; ++piece) {
-      const std::size_t dot = std::min(rest.find('.'), rest.size());
-      const string_view text = rest.substr(0, dot);
-      const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-      const bool given = piece == 0 || !text.empty() || dot < rest.size();
-      none = none || (given && (digits == 0 || digits > 9));
-      ignored = ignored || digits < text.size();
-      if (piece < 2 || number_or_zero(text) != 0) {
-        read += (piece == 0 ? "" : ".") + std::to_string(number_or_zero(text));
-      }
-      rest.remove_prefix(std::min(dot + 1, rest.size()));
-    }
-    if (none || entry.value.ends_with('.')) {
-      add("version-none", entry.place,
-          quoted(entry.value) + " is no version: the program takes it for " + read +
-              "; write up to three numbers with full stops between them");
-    } else if (ignored || !rest.empty()) {
-      add("version-rest", entry.place,
-          "of version " + quoted(entry.value) + " the program takes " + read +
-              " and ignores the rest: write up to three numbers with full stops between them");
-    }
-  }
-
-  void check_list(const located_entry& entry, const description_field& field) {
-    const std::vector<string_view> words = split_words(entry.value, WHITE_SPACE);
-    const bool levels = entry.keyword == KEYWORD_REQUIRED_PATCHES;
-    const bool files = entry.keyword == KEYWORD_NEEDS_FILES;
-    const auto is_joined = [levels, files](string_view word) {
-      if (levels) return word.find_first_not_of("0123456789") != string_view::npos;
-      const std::size_t separator = word.find_first_of(",;");
-      // The name of a file may hold one.
-      return files ? separator == 0 || word.ends_with(',') || word.ends_with(';')
-                   : separator != string_view::npos;
-    };
-    const auto joined = std::ranges::find_if(words, is_joined);
-    if (joined != words.end()) {
-      add("list-separator", entry.place,
-          quoted(*joined) + " is one word of the list: only blanks separate; write " +
-              (levels ? "levels such as \"0 1\"" : "\"a b\""));
-    } else if (levels && WHITE_SPACE.find(entry.value.front()) != string_view::npos) {
-      add("list-separator", entry.place,
-          "a blank before the first level makes it count twice: begin the list with a digit");
-    }
-    if (field.most != 0 && words.size() > field.most) {
-      add("list-too-long", entry.place,
-          "the program keeps " + std::to_string(field.most) +
-              " words of this list, and leaves out " + quoted(words[field.most]) +
-              " and what is behind it");
-    }
-    for (const string_view word : words) check_length(entry, field, word);
   }
 
   const read_description& description_;
