@@ -34,7 +34,9 @@ def main():
     for path in [first, *filter(pathlib.Path.exists, map(pathlib.Path, others))]:
         tests = list(ElementTree.parse(path).iter("testcase"))
         for test in tests:
-            name = ".".join(filter(None, (test.get("classname"), test.get("name"))))
+            name = test.get("name")
+            if test.get("classname") != name:  # as ctest says it
+                name = f"{test.get('classname')}.{name}"
             result, reason = outcome(test)
             print(f"{result} {phase}: {name}{reason}")
         if not tests:

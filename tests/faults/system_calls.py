@@ -130,9 +130,11 @@ def judge(stage, ended, fault, undisturbed):
     lost = call == b"write" and program_struck  # it may be the farewell
     found = stage.problems(ended, signals, scratch_may_stay=killed, farewell=not lost)
     # An interrupt that comes as a command is started is lost: the program leaves it to the command,
-    # which is not there yet to hear it. And what a shell has just started outlives it where the
-    # interrupt strikes the shell alone.
-    starting = call == b"process" and fault.startswith(("SIGINT", "SIGQUIT"))
+    # which is not there yet to hear it.
+    interrupt = fault.startswith(("SIGINT", "SIGQUIT"))
+    starting = interrupt and program_struck and call in (b"memory", b"process")
+    # What a shell has started outlives it where the interrupt strikes the shell alone.
+    orphan = interrupt and not program_struck and call in (b"process", b"wait")
     # While the program waits for a command, it leaves interrupts to that.
     ends_it = fault.endswith("-group") or fault in ("SIGKILL", "SIGTERM", "SIGHUP")
     is_due = program_struck and ends_it and fault not in HARMLESS and not starting
@@ -154,7 +156,7 @@ def judge(stage, ended, fault, undisturbed):
         half = stage.read(name) != EARLIER and not stage.is_complete(name)
         there = (stage.distribution / name).exists()
         told_of = name.encode() in stage.errors + stage.output
-        if half and there and not killed and not starting and not told_of:
+        if half and there and not told_of and not (killed or starting or orphan):
             found.append(f"{name} is half-written, and nobody is told")
     return found
 
