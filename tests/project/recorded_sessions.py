@@ -4,9 +4,11 @@
     recorded_sessions.py [--accept] BUILD_DIRECTORY
 
 The sample distribution is configured and installed in three sessions that build on each other, with
-the answers of scripts/sessions. --accept writes text and picture of each session instead.
+the answers of scripts/sessions. In further ones, commands beside the program are run in a
+distribution of their own. --accept writes text and picture of each session instead.
 """
 
+import contextlib
 import os
 import pathlib
 import re
@@ -25,6 +27,20 @@ SESSIONS = (("first-installation", "first", ""),
             ("needed-product-elsewhere", "elsewhere", ""),
             ("reconfiguration", "again", "opt/kelstone"))
 
+PROGRAMS = {"morvane-answers": "tests/morvane_answers_without_pauses"}
+
+# What is typed at the shell's prompt.
+COMMANDS = {
+    "same-answers": (
+        "morvane-answers template --products 'kelstone marlpost' my.answers",
+        "tail -n 20 my.answers",
+        "morvane-answers check my.answers",
+        "sed -i 's/^part.digest =.*/part.digest = no/; /^supplier.digest/d' my.answers",
+        "morvane-answers check --plan my.answers",
+        "morvane-answers play my.answers && make -f install.mk",
+    ),
+}
+
 # The distribution lies in a directory of its own, shown under a name of the same length: the lines
 # break at the same places.
 DIRECTORY_PREFIX = "/tmp/morvane-"
@@ -34,6 +50,18 @@ LINE_HEIGHT = 17
 COLUMN_WIDTH = 8.4
 COLUMNS = 80
 MARGIN = 12
+
+
+@contextlib.contextmanager
+def sample_distribution(build):
+    """Makes the sample distribution in a new directory, for as long as it is worked in."""
+    distribution = pathlib.Path(tempfile.mkdtemp(prefix=DIRECTORY_PREFIX))
+    try:
+        distribution.rmdir()
+        subprocess.run([PROJECT / "scripts/distribution", build, distribution], check=True)
+        yield distribution
+    finally:
+        shutil.rmtree(distribution, ignore_errors=True)
 
 
 def play(build, distribution, answers, directory):
@@ -49,6 +77,25 @@ def play(build, distribution, answers, directory):
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                           env={"PATH": os.environ["PATH"], "LC_ALL": "C"}).stdout
     screen = b"$ [[make]]\n" + screen + run_case.make_output(made)
+    return screen.replace(str(distribution).encode(), SHOWN_DIRECTORY).decode()
+
+
+def run_commands(build, distribution, commands):
+    """Returns the screen of commands that are typed in a distribution."""
+    tools = distribution.with_name(f"{distribution.name}-commands")
+    tools.mkdir()
+    try:
+        for name, program in PROGRAMS.items():
+            (tools / name).symlink_to(build / program)
+        screen = b""
+        for command in commands:
+            done = subprocess.run(["sh", "-c", command], cwd=distribution, check=False,
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                  stderr=subprocess.STDOUT,
+                                  env={"PATH": f"{tools}:{os.environ['PATH']}", "LC_ALL": "C"})
+            screen += f"$ [[{command}]]\n".encode() + run_case.make_output(done.stdout)
+    finally:
+        shutil.rmtree(tools)
     return screen.replace(str(distribution).encode(), SHOWN_DIRECTORY).decode()
 
 
@@ -90,22 +137,26 @@ def main():
         print("skipped: the sessions are those of the superuser")
         sys.exit(run_case.SKIPPED)
     os.environ.pop("KELSTONE_HOME", None)
-    same = True
-    distribution = pathlib.Path(tempfile.mkdtemp(prefix=DIRECTORY_PREFIX))
-    try:
-        distribution.rmdir()
-        subprocess.run([PROJECT / "scripts/distribution", build, distribution], check=True)
+    screens = {}
+    with sample_distribution(build) as distribution:
         for name, answers, directory in SESSIONS:
-            screen = play(build, distribution, answers, directory)
-            for path, shown in ((SHOWN / f"{name}.txt", as_text(screen)),
-                                (SHOWN / f"{name}.svg", as_picture(screen))):
-                if accepting:
-                    path.write_text(shown)
-                elif path.read_text() != shown:
-                    run_case.show_difference(path.name, path.read_bytes(), shown.encode())
-                    same = False
-    finally:
-        shutil.rmtree(distribution, ignore_errors=True)
+            screens[name] = play(build, distribution, answers, directory)
+    left_out = not all((build / program).exists() for program in PROGRAMS.values())
+    for name, commands in ({} if left_out else COMMANDS).items():
+        with sample_distribution(build) as distribution:
+            screens[name] = run_commands(build, distribution, commands)
+    same = True
+    for name, screen in screens.items():
+        for path, shown in ((SHOWN / f"{name}.txt", as_text(screen)),
+                            (SHOWN / f"{name}.svg", as_picture(screen))):
+            if accepting:
+                path.write_text(shown)
+            elif path.read_text() != shown:
+                run_case.show_difference(path.name, path.read_bytes(), shown.encode())
+                same = False
+    if same and left_out:
+        print("skipped: the commands beside the program were not built")
+        sys.exit(run_case.SKIPPED)
     sys.exit(0 if same else 1)
 
 
