@@ -24,10 +24,10 @@ starts it in a directory that holds one archive per product, picks products,
 settles where each goes, who owns it and which other products it uses, and
 gets a makefile that does the work.
 .
-The package holds the configurator, the command with which release engineers
-put distributions together, and a sample distribution.")
-# An installation runs make, make-distribution is written in Python, and some samples are compiled.
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "make | bmake, python3")
+The package holds the configurator and the products of a sample distribution;
+morvane-tools puts them together.")
+# An installation runs make, and some samples are compiled.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "make | bmake")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS "morvane-tools, gcc | c-compiler")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME morvane-tools)
@@ -36,13 +36,17 @@ set(CPACK_COMPONENT_TOOLS_DESCRIPTION
 morvane configures the installation of a software distribution.
 .
 The package holds commands for those who make distributions and for operators
-of many hosts: morvane-lint finds what is wrong in a distribution before an
-operator does, morvane-graph draws which product needs which, and
-morvane-answers gives the same answers on the next host.")
+of many hosts: morvane-make-distribution puts a distribution together,
+morvane-lint finds what is wrong in it before an operator does, morvane-graph
+draws which product needs which, and morvane-answers gives the same answers on
+the next host.")
 # They read the messages of the program, and say the version of it that they are made with.
 set(CPACK_COMPONENT_TOOLS_DEPENDS program)
-# morvane-graph draws with it.
-set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS graphviz)
+# morvane-make-distribution is written in Python, morvane-graph draws with Graphviz, and morvane-lint
+# compares with what tar lists, which every Debian has.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "python3, graphviz, tar (>= 1.16)")
+# Earlier morvane-make-distribution was in the other package.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_REPLACES "morvane (<= 1.20-1)")
 
 # What Debian wants otherwise than other installations.
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/finish_debian.cmake)

@@ -47,27 +47,21 @@ cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/output" 2>&1 || fai
 program=$(echo "$work"/morvane_*.deb)
 version=$(dpkg-deb --field "$program" Version)
 field "$program" Depends "libc6 (>= 2.34), libgcc-s1 (>= *)"
-field "$program" Recommends "make | bmake, python3"
+field "$program" Recommends "make | bmake"
 field "$program" Suggests "morvane-tools, gcc | c-compiler"
 field "$program" Description "terminal-based installation configurator
 *"
-names=morvane
-packages=$program
-if [ -d "$build/tools" ]; then
-	tools=$(echo "$work"/morvane-tools_*.deb)
-	field "$tools" Depends "morvane (= $version), libarchive13 (>= *), libc6 (>= *), *"
-	field "$tools" Recommends "graphviz"
-	field "$tools" Description "commands beside the installation configurator morvane
+tools=$(echo "$work"/morvane-tools_*.deb)
+field "$tools" Depends "morvane (= $version), libarchive13 (>= *), libc6 (>= *), *"
+field "$tools" Recommends "python3, graphviz, tar (>= 1.16)"
+field "$tools" Replaces "morvane (<= 1.20-1)"
+field "$tools" Description "commands beside the installation configurator morvane
 *"
-	names="morvane-tools morvane"
-	packages="$program $tools"
-fi
 
 mkdir -p "$work/root/var/lib/dpkg/info" "$work/root/var/lib/dpkg/updates"
 touch "$work/root/var/lib/dpkg/status" "$work/root/var/lib/dpkg/available"
-# shellcheck disable=SC2086 # lists of words, in this file
-manage --install $packages
-for name in $names; do
+manage --install "$program" "$tools"
+for name in morvane morvane-tools; do
 	documents=$work/root/usr/share/doc/$name
 	zcat "$documents/changelog.Debian.gz" | head -n 1 | grep -qF "morvane ($version) " ||
 		fail "the changelog of $name does not begin with version $version"
@@ -75,12 +69,10 @@ for name in $names; do
 done
 "$here/try_installation.sh" "$work/root/usr"
 
-# shellcheck disable=SC2086
-manage --purge $names
+manage --purge morvane-tools morvane
 left=$(find "$work/root" -mindepth 1 ! -path "$work/root/var*")
 test -z "$left" || fail "not removed: $left"
 
 if command -v lintian >/dev/null; then
-	# shellcheck disable=SC2086
-	lintian --allow-root --fail-on error $packages >"$work/output" 2>&1 || fail "lintian:"
+	lintian --allow-root --fail-on error "$program" "$tools" >"$work/output" 2>&1 || fail "lintian:"
 fi

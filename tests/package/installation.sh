@@ -18,9 +18,5 @@ cd "$work"
 for file in usr/local/share/doc/morvane/README.md usr/local/share/doc/morvane/copyright; do
 	test -f $file || { echo "$file is missing"; exit 1; }
 done
-if [ -d "$build/tools" ] && [ ! -x usr/local/bin/morvane-lint ]; then
-	echo "the commands beside the program are missing"
-	exit 1
-fi
 outside=$(find . -type f ! -path './usr/local/*')
 test -z "$outside" || { echo "outside the prefix: $outside"; exit 1; }

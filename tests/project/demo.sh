@@ -30,6 +30,7 @@ mkdir "$work/build"
 cp -R "$project/scripts" "$project/examples" "$project/resources" "$work"
 cp "$build/tests/morvane_without_pauses" "$work/build/morvane"
 cp "$build/morvane.rsc" "$work/build"
+test ! -e "$build/morvane-lint" || cp "$build/morvane-lint" "$work/build"
 for step in setup build; do
 	printf '#!/bin/sh\n' >"$work/scripts/$step"
 done
@@ -39,6 +40,8 @@ demo=$work/build/demo
 shows "Which user will own the files of 'Kelstone' (bin) : $(id -un)"
 shows "$demo/opt/marlpost/bin/marldigest"
 ! grep -q "left over" "$work/output" || fail "answers were left over"
+test ! -e "$build/morvane-lint" || ! grep -q "there is no morvane-lint" "$work/output" ||
+	fail "nobody looked at the sample distribution"
 
 commands=$(sed -n 's/^    \(cd .*\)/\1/p' "$work/output")
 test "$(echo "$commands" | wc -l)" -eq 2 || fail "not two commands to type next"

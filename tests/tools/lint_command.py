@@ -118,6 +118,15 @@ class Command(LintTest):
         done = run("x.descr", directory=self.directory)
         self.assertNotIn("\033", done.stdout)
 
+    def test_a_hidden_archive_is_no_product(self):
+        for name in (".tar", ".x.tar", ".x.descr"):
+            self.write(name, "")
+        done = run("--format=json", directory=self.directory)
+        self.assertEqual([(found["file"], found["id"], found["severity"])
+                          for found in json.loads(done.stdout)["findings"]],
+                         [(".tar", "identifier-characters", "error"),
+                          (".x.tar", "identifier-characters", "error")])
+
     def test_nothing_of_the_distribution_is_run_or_waited_for(self):
         os.mkfifo(self.directory / "x.descr")
         os.mkfifo(self.directory / "x.tar")

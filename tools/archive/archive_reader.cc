@@ -107,7 +107,7 @@ class reader {
       archive_entry* entry = nullptr;
       const int result = archive_read_next_header(archive_, &entry);
       if (result == ARCHIVE_EOF) return;
-      if (result < ARCHIVE_WARN) {
+      if (result != ARCHIVE_OK && result != ARCHIVE_WARN) {
         fail(archive_fault::NOT_READABLE, text_of(archive_error_string(archive_)));
         return;
       }

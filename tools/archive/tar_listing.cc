@@ -14,6 +14,8 @@
 #include <string_view>
 #include <utility>
 
+#include "report/finding.h"
+
 extern char** environ;
 
 namespace morvane {
@@ -204,15 +206,15 @@ string tar_listing::difference_from(const std::vector<archive_member>& members) 
   line_reader lines(list_);
   for (const archive_member& member : members) {
     const std::optional<string> line = lines.next();
-    if (!line) return "tar does not list '" + member.name + "', nor what is behind it";
+    if (!line) return "tar does not list " + quoted(member.name) + ", nor what is behind it";
     const std::optional<archive_member> listed = member_of(*line);
     if (!listed || !are_alike(*listed, member)) {
-      return "tar lists '" + (listed ? listed->name : *line) + "' in the place of '" + member.name +
-             "', or another kind or mode of it";
+      return "tar lists " + quoted(listed ? listed->name : *line) + " in the place of " +
+             quoted(member.name) + ", or another kind or mode of it";
     }
   }
   if (const std::optional<string> line = lines.next()) {
-    return "tar lists more: " + *line;
+    return "tar lists more: " + quoted(*line);
   }
   return wait() ? "" : "tar fails behind its last member";
 }

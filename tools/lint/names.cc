@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/product_files.h"
 #include "lint/description_fields.h"
 #include "messages/table.h"
 #include "text/number.h"
@@ -220,6 +221,7 @@ class rule_checks {
       check_files(product);
     }
     for (const string_view rule : {"install", "products"}) check_sources(string(rule));
+    for (const string& file : distribution_.files) check_hidden(file);
   }
 
  private:
@@ -249,6 +251,14 @@ class rule_checks {
                     "install.mk calls a rule of product " + quoted(identifier) + " " +
                         quoted(name) + ": give one of the products another identifier");
     }
+  }
+
+  // The program lists "*.tar", as a shell does.
+  void check_hidden(const string& file) {
+    if (!file.starts_with('.') || !file.ends_with(ARCHIVE_ENDING)) return;
+    findings_.add("identifier-characters", distribution_.directory + file, WHOLE_FILE,
+                  "a hidden file is no product to the program: begin the identifier with a "
+                  "letter, a digit or _");
   }
 
   void check_made(const distributed_product& product) {
