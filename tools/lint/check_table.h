@@ -107,9 +107,8 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"identifier-characters", severity::ERROR,
      "An identifier that the rules cannot be named after.",
      "An identifier is made of letters, digits and _.+- and begins with a letter, a digit or _: it "
-     "names makefile rules, where nothing is quoted; and a hidden file is not listed. Rename "
-     "ID.tar "
-     "and ID.descr."},
+     "names makefile rules, where nothing is quoted, and a hidden file is not listed. Rename ID.tar"
+     " and ID.descr."},
     {"identifier-too-long", severity::ERROR, "An identifier has more than 49 bytes.",
      "The program cuts it, and then finds neither the archive nor the description. Rename ID.tar "
      "and ID.descr."},
