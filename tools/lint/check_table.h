@@ -42,6 +42,9 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"quote-missing", severity::ERROR, "The closing quote of a value is missing.",
      "The program takes the rest of the line for the value, a comment there included. End the "
      "value with a double quote on the same line."},
+    {"tool-name", severity::ERROR, "A needed tool that is no name of a command.",
+     "NeededTools are looked for by their names in each directory of the PATH: a path or an option "
+     "is never found. Write names of commands alone."},
     {"value-too-long", severity::ERROR, "A value is longer than the program reads.",
      "A value has at most 1024 bytes, in quotes 1022 with what follows them. What is beyond is "
      "cut, "
@@ -94,8 +97,8 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
      "A zero byte ends the value it stands in, others go to the operator's terminal as they are. "
      "Remove it."},
     {"byte-order-mark", severity::ERROR, "The file begins with a byte order mark.",
-     "The program takes it for the beginning of an entry, reports it and skips the first line. "
-     "Save the file without the mark."},
+     "The program takes it for the beginning of an entry, reports it and skips the first line; of "
+     "UTF-16 it reads nothing. Save the file without the mark, as ASCII."},
 
     // Names that go into the makefile and the settings.
     {"name-missing", severity::WARNING, "A product without a Name.",
@@ -159,11 +162,18 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"description-missing", severity::NOTE, "An archive without a description.",
      "The product is listed by its identifier, with version 0.0; it has no parts and gets no "
      "settings. If ID.descr is there, look at its spelling."},
+    {"description-misnamed", severity::WARNING, "A file that is meant for a description.",
+     "The program looks for ID.descr, with the capitals of ID.tar. Rename it."},
+    {"messages-misnamed", severity::ERROR, "A file that is meant for the messages.",
+     "The program reads morvane.rsc, and does not start without. Rename it."},
     {"version-missing", severity::NOTE, "A product without a version.",
      "It has version 0.0, which is shown as unknown. Give it a Version."},
     {"patch-of-itself", severity::ERROR, "A patch requires its own level.",
      "RequiredPatches lists what must be there before: the program looks for the level, and finds "
      "nothing but the patch itself. Leave it out of the list."},
+    {"patch-alone", severity::NOTE, "A patch that requires no level.",
+     "It is installed whatever lies in its directory. Where it holds but a part of the product, "
+     "RequiredPatches says which level must be there."},
     {"patch-unmet", severity::WARNING, "A required patch level is not in the distribution.",
      "The operator can only go on where it is installed already. The other level has the same "
      "Name, FullName, Version, Category and Type, letter for letter, and the level as its Patch."},
@@ -219,6 +229,9 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"member-kind", severity::ERROR, "Neither a file, a directory nor a link.",
      "Devices and named pipes cannot be extracted by everyone, and are given away. Let a part make "
      "them."},
+    {"member-mode", severity::WARNING, "A file or directory that its owner cannot use.",
+     "The superuser reads files that others cannot: for an ordinary user the installation fails. "
+     "Pack files that their owner may read, and directories in which he may work."},
     {"member-set-id", severity::ERROR, "A file with set-id bits.",
      "A change of owner clears them. Let a part set them, behind its own chown and chgrp."},
     {"member-below-file", severity::ERROR, "A file lies below what is no directory.",
@@ -243,9 +256,21 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"makefile-missing", severity::ERROR, "A product has parts and its archive no makefile.",
      "Each Target is made by install/Makefile of the archive: the installation fails when a part "
      "is made. Add the makefile, or remove the parts."},
-    {"part-without-target", severity::ERROR, "A part that is no target of the makefile.",
-     "make fails there; where the part is .PHONY, make reports success and does nothing. Add the "
-     "target to install/Makefile, or correct the name."},
+    {"makefile-misplaced", severity::ERROR, "The makefile of an archive lies elsewhere.",
+     "Each Target is made by install/Makefile of the archive, with these capitals, and not below a "
+     "directory around everything: pack with 'tar -C TREE .'."},
+    {"makefile-blanks", severity::ERROR, "A command of the makefile begins with blanks.",
+     "make reports 'missing separator' and the installation fails. Begin commands with a tab."},
+    {"makefile-variable", severity::WARNING, "A variable without parentheses.",
+     "make takes the first letter for its name: $PRODUCT_PATH is $(P) and 'RODUCT_PATH'. Write "
+     "$(PRODUCT_PATH)."},
+    {"part-without-target", severity::ERROR, "A part that no target of the makefile makes.",
+     "make fails there; where the part is .PHONY, or its target has neither commands nor "
+     "prerequisites, make reports success and does nothing. Add the target to install/Makefile, or "
+     "correct the name."},
+    {"part-is-file", severity::ERROR, "A part that is a file already.",
+     "In install lies a file or directory of the part's name, and its target needs nothing: make "
+     "reports success and does nothing. Add the part to .PHONY."},
     {"part-hidden", severity::NOTE, "A part that may be a target of the makefile.",
      "The makefile includes files, or names targets by patterns or variables, so that its targets "
      "are not known before make runs. See that it makes the part."},
@@ -258,6 +283,14 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
      "copy is kept. Give them paths of their own, or rename the file."},
 
     // Message files.
+    {"message-none", severity::ERROR, "A message file without messages.",
+     "Each message is a line of three digits, a blank and the text. A file in UTF-16 holds none."},
+    {"message-line-end", severity::ERROR, "The lines end in carriage returns.",
+     "They become parts of the texts, of keywords and commands too, so that nothing is found. Save "
+     "the file with the line ends of Unix."},
+    {"message-skipped", severity::WARNING, "A line that is neither message nor comment.",
+     "It is skipped: a text of several lines stands in one, with \\n where it breaks. Comments "
+     "begin with '#'."},
     {"message-missing", severity::ERROR, "A message is missing.",
      "'No resource #12!' is printed, compared, or run as a command in its place. Each number of "
      "the "
@@ -327,12 +360,17 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
     {"need-on-host", severity::NOTE, "A need that is expected to be met on the host.",
      "No product of the distribution meets it, but the description says where to look: NeedsPath "
      "proposes a directory, or SuppliersElsewhere allows one of another host."},
+    {"need-path", severity::WARNING, "NeedsPath is where another product goes.",
+     "The product that goes there is of another category than is needed, so that it does not meet "
+     "the need. Correct its Category or the NeedsCategory, or give the directory where hosts have "
+     "it."},
     {"need-type", severity::WARNING, "A needed type that no product of the category has.",
      "The types are compared letter for letter, and a product without a Type has none. Correct the "
      "NeedsType or the product's Type, or add a product."},
     {"need-too-old", severity::ERROR, "A product that is needed is there, and too old.",
-     "It is not offered to the operator, who is asked for a directory instead and can only take "
-     "what has the version. A higher Version will do without the Patch. Lower NeedsVersion or "
+     "It is not offered to the operator, who is asked for a directory instead, and is warned of "
+     "one "
+     "that is too old. A higher Version will do without the Patch. Lower NeedsVersion or "
      "NeedsPatch, or bring the product up to date."},
     {"need-alternative", severity::NOTE, "One of several needed types that no product meets.",
      "The operator can choose it, and then is asked for a directory. The first of the types is the "

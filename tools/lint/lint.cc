@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "lint/archives.h"
+#include "lint/encoding.h"
 #include "lint/names.h"
 #include "lint/needs.h"
 #include "lint/reading.h"
@@ -62,6 +63,7 @@ void lint_description(const read_description& description, finding_list& finding
   if (description.outcome == read_outcome::MISSING) return;
   check_reading(description, findings);
   if (description.outcome == read_outcome::IMPOSSIBLE) return;
+  if (is_of_wide_characters(description.text)) return;
   check_given_names(description, findings);
   check_own_sense(description, findings);
 }

@@ -21,6 +21,7 @@
 #include "lint/finding_list.h"
 #include "lint/lint.h"
 #include "lint/message_checks.h"
+#include "lint/own_messages.h"
 #include "lint/translation_checks.h"
 #include "report/report.h"
 
@@ -125,15 +126,19 @@ std::string lint_operand(const std::string& operand, finding_list& findings) {
   if (!directory && !name.ends_with(DESCRIPTION_ENDING)) {
     return "is neither a directory, a description, ID.descr, nor a message file, FILE.rsc";
   }
-  if (!choose_messages(directory ? operand : holding)) return "there is no message file";
+  if (!choose_messages(directory ? operand : holding) || !use_keywords()) {
+    return "there is no message file";
+  }
   if (directory) {
     const std::optional<distribution> loaded = load_distribution(operand);
     if (!loaded) return std::strerror(errno);
     lint_distribution(*loaded, findings);
     const std::string messages = loaded->directory + MESSAGE_FILE;
     if (std::ranges::binary_search(loaded->files, MESSAGE_FILE)) {
-      return lint_messages(messages, findings);
+      const std::string why = lint_messages(messages, findings);
+      return why.empty() ? "" : "its " + std::string(MESSAGE_FILE) + " " + why;
     }
+    if (loaded->products.empty()) return "holds neither products nor messages";
   } else {
     lint_description(
         load_description(holding, name.substr(0, name.size() - DESCRIPTION_ENDING.size())),

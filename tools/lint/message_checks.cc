@@ -20,6 +20,7 @@
 #include "report/finding.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/white_space.h"
 
 namespace morvane {
 
@@ -56,6 +57,7 @@ class message_checks {
       : name_(name), file_(file), findings_(findings) {}
 
   void check() {
+    if (!is_text()) return;
     take_suppressions();
     for (const message_line& line : file_.lines) check_line(line);
     check_numbers();
@@ -71,6 +73,23 @@ class message_checks {
  private:
   void add(check_id id, const place_in_file& place, string text) {
     findings_.add(id, name_, place, std::move(text));
+  }
+
+  // Tells whether it is worth while to look at the messages one by one.
+  bool is_text() {
+    const auto with_return = std::ranges::find_if(
+        file_.lines, [](const message_line& line) { return line.written.ends_with('\r'); });
+    if (file_.numbers.empty()) {
+      add("message-none", WHOLE_FILE,
+          "the file holds no messages: each is a line of three digits, a blank and the text, in "
+          "ASCII");
+    } else if (with_return != file_.lines.end()) {
+      add("message-line-end", {with_return->line, with_return->written.size()},
+          "lines end in a carriage return, which becomes a part of the texts: save the file with "
+          "the line ends of Unix");
+      return false;
+    }
+    return !file_.numbers.empty();
   }
 
   // A suppression reaches up to the next message.
@@ -97,10 +116,13 @@ class message_checks {
           "a byte that is no ASCII: each counts as a column, so that lines lose their shape");
     }
     const int number = number_of_line(written);
-    if (number == 0) return;
+    if (number == 0) {
+      check_skipped(line);
+      return;
+    }
     const bool three_digits = std::all_of(written.begin(), written.begin() + 3,
                                           [](char c) { return c >= '0' && c <= '9'; });
-    if (!three_digits || written[3] != ' ') {
+    if (!three_digits || (written[3] != ' ' && written[3] != '\t')) {
       add("message-column", {line.line, 1},
           "this line is read as message " + shown_number(number) + ": begin a message with three " +
               "digits and a blank, and a comment with '#'");
@@ -117,6 +139,15 @@ class message_checks {
           "the text has 150 bytes, which damages message " + shown_number(number + 1) +
               ": shorten it to 149");
     }
+  }
+
+  // What is skipped is meant for a comment, or goes on with the message of the line before.
+  void check_skipped(const message_line& line) {
+    const std::size_t begin = line.written.find_first_not_of(WHITE_SPACE);
+    if (begin == string::npos || line.written[begin] == '#') return;
+    add("message-skipped", {line.line, 1},
+        "this line is no message, and is skipped: a message is one line, with \\n where its text "
+        "breaks, and a comment begins with '#'");
   }
 
   void check_numbers() {

@@ -119,10 +119,18 @@ class layout_checks {
       if (!file_.has(number) || !file_.has(number + 1)) continue;
       const string_view text = file_.text(number);
       const string_view next = file_.text(number + 1);
+      if (is_continued(number)) continue;
       if (text.empty() || next.empty() || is_blank(text.back()) || is_blank(next.front())) continue;
       add("message-joined", number,
           "the next message is joined to this one without a blank: end it with ' |'");
     }
+  }
+
+  // Tells whether the line behind a message is none, and may be meant to go on with it.
+  bool is_continued(int number) const {
+    const std::size_t line = file_.place(number).line;
+    return line < file_.lines.size() && number_of_line(file_.lines[line].written) == 0 &&
+           !file_.lines[line].written.empty() && !file_.lines[line].written.starts_with('#');
   }
 
   static bool is_blank(char c) { return c == ' ' || c == '\n'; }

@@ -121,10 +121,25 @@ class needs_checks {
            (is_found_on_hosts(need.category->category) || !usual_directory(*need.category).empty());
   }
 
+  // Returns the product whose path an unmet need names as that of a host, or null.
+  const product_needs* product_at_usual_directory(const supplied_need& need) const {
+    if (!is_expected_on_host(need) || is_elsewhere(need)) return nullptr;
+    const string directory = usual_directory(*need.category);
+    const auto found = std::ranges::find_if(needs_, [&](const product_needs& each) {
+      return !directory.empty() && each.record().path == directory;
+    });
+    return found == needs_.end() ? nullptr : &*found;
+  }
+
   void add_unmet(const product_needs& product, const supplied_need& need) {
     const string needs = quoted(need.part->target) + " needs " + shown_need(need);
     const candidate* nearest = nearest_candidate(needs_, need);
-    if (is_expected_on_host(need)) {
+    if (const product_needs* there = product_at_usual_directory(need); there != nullptr) {
+      findings_.add("need-path", file_of(product), need.place,
+                    needs + ", with NeedsPath where " + quoted(there->product->identifier) +
+                        " goes, which is of category " + quoted(there->record().category) +
+                        ": correct one of the categories, or NeedsPath");
+    } else if (is_expected_on_host(need)) {
       const string directory = usual_directory(*need.category);
       findings_.add("need-on-host", file_of(product), need.place,
                     needs + ", which no product here meets: it is expected " +
@@ -212,7 +227,7 @@ class needs_checks {
         const auto supplier = std::ranges::find_if(need.candidates, is_usable);
         findings_.add("never-installable", file_of(needs_[i]), need.place,
                       shown_needer(need) + " needs " + shown_need(need) + ", and " +
-                          shown_product(*supplier) + " can never be installed itself");
+                          shown_product(*supplier) + " lacks something itself");
       }
     }
   }

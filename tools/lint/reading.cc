@@ -9,7 +9,10 @@
 
 #include "catalogue/description_keywords.h"
 #include "catalogue/description_reader.h"
+#include "lint/byte_checks.h"
 #include "lint/description_fields.h"
+#include "lint/encoding.h"
+#include "lint/own_messages.h"
 #include "lint/spelling.h"
 #include "lint/suppression.h"
 #include "lint/value_checks.h"
@@ -23,7 +26,6 @@ using std::string;
 using std::string_view;
 
 constexpr string_view LINE_BLANKS = " \t\r";
-constexpr string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
 
 string keyword_text(message_number keyword) {
   return string(r[keyword]);
@@ -98,6 +100,24 @@ std::vector<string_view> keyword_texts() {
   return texts;
 }
 
+// Returns the keyword that says of a needed product what `keyword` says of the product itself.
+message_number keyword_of_need(message_number keyword) {
+  switch (keyword) {
+    case KEYWORD_VERSION:
+      return KEYWORD_NEEDS_VERSION;
+    case KEYWORD_PATCH:
+      return KEYWORD_NEEDS_PATCH;
+    case KEYWORD_CATEGORY:
+      return KEYWORD_NEEDS_CATEGORY;
+    case KEYWORD_TYPE:
+      return KEYWORD_NEEDS_TYPE;
+    case KEYWORD_PATH:
+      return KEYWORD_NEEDS_PATH;
+    default:
+      return {};
+  }
+}
+
 // Checks one description.
 class line_checks {
  public:
@@ -115,13 +135,15 @@ class line_checks {
   }
 
   void check() {
-    check_bytes();
+    check_bytes(description_, lines_, findings_);
     for (std::size_t i = 0; i < events_.size(); ++i) {
       const event& met = events_[i];
       if (met.is_comment()) {
         check_comment(*met.entry, i);
       } else if (met.entry != nullptr) {
         check_entry(*met.entry);
+        check_empty_text(i);
+        last_entry_ = i;
       } else {
         check_fault(*met.fault);
       }
@@ -139,37 +161,6 @@ class line_checks {
     if (place.line > lines_.size()) return "";
     const string_view line = lines_[place.line - 1];
     return line.substr(std::min(place.column - 1, line.size()));
-  }
-
-  bool begins_with_mark() const {
-    return string_view(description_.text).starts_with(BYTE_ORDER_MARK);
-  }
-
-  void check_bytes() {
-    if (begins_with_mark()) {
-      add("byte-order-mark", WHOLE_FILE,
-          "the file begins with a byte order mark, for which the program skips the first line: "
-          "save it without");
-    }
-    for (std::size_t i = 0; i < lines_.size(); ++i) {
-      string_view line = lines_[i];
-      std::size_t skipped = i == 0 && begins_with_mark() ? BYTE_ORDER_MARK.size() : 0;
-      if (line.ends_with('\r')) line.remove_suffix(1);
-      const auto is_control = [](char c) {
-        return (c >= 0 && c < ' ' && c != '\t') || c == '\177';
-      };
-      const auto control = std::ranges::find_if(line, is_control);
-      if (control != line.end()) {
-        add("control-character", {i + 1, static_cast<std::size_t>(control - line.begin()) + 1},
-            "a control character, which the operator's terminal would get: remove it");
-      }
-      const auto other = std::ranges::find_if(line.begin() + static_cast<std::ptrdiff_t>(skipped),
-                                              line.end(), [](char c) { return c < 0; });
-      if (other != line.end()) {
-        add("not-ascii", {i + 1, static_cast<std::size_t>(other - line.begin()) + 1},
-            "a byte that is no ASCII: each counts as a column, so that lines lose their shape");
-      }
-    }
   }
 
   void check_comment(const located_entry& comment, std::size_t index) {
@@ -238,7 +229,7 @@ class line_checks {
   void check_unknown(const located_fault& fault) {
     if (seen_on_line_ == fault.place.line) return;
     if (fault.keyword.empty()) {
-      if (fault.place.line == 1 && begins_with_mark()) return;
+      if (fault.place.line == 1 && begins_with_mark(description_.text)) return;
       add("keyword-none", fault.place,
           "a line that begins with no keyword, and is skipped: write KEYWORD = VALUE, or '#' "
           "before a comment");
@@ -252,12 +243,30 @@ class line_checks {
               quoted(r[KEYWORD_DESCRIPTION_STATE]) + " other than 0: remove one of them");
       return;
     }
-    const std::vector<string_view> texts = keyword_texts();
-    const string_view meant = nearest(fault.keyword, texts);
     add("keyword-unknown", fault.place,
-        "no such keyword: " + quoted(fault.keyword) +
-            (meant.empty() ? ", and the line is skipped"
-                           : ", did you mean " + quoted(meant) + "?"));
+        "no such keyword: " + quoted(fault.keyword) + what_is_meant(fault));
+  }
+
+  // Returns the rest of a sentence about a word that is no keyword.
+  string what_is_meant(const located_fault& fault) const {
+    const std::vector<string_view> texts = keyword_texts();
+    if (const string_view meant = nearest(fault.keyword, texts); !meant.empty()) {
+      return ", did you mean " + quoted(meant) + "?";
+    }
+    // A keyword in two words, or with a hyphen.
+    string joined;
+    for (const char c : text_at(fault.place)) {
+      if (c == '=') break;
+      if (string_view(" \t-_").find(c) == string_view::npos) joined += c;
+    }
+    if (const string_view meant = nearest(joined, texts); !meant.empty()) {
+      return ", did you mean " + quoted(meant) + "?";
+    }
+    if (const message_number number = own_keyword(fault.keyword); number != message_number{}) {
+      return ", which message " + std::to_string(number) + " of the message file calls " +
+             quoted(r[number]);
+    }
+    return ", and the line is skipped";
   }
 
   void check_outside_need(const located_fault& fault) {
@@ -300,13 +309,34 @@ class line_checks {
     } else if (!written.quoted && !written.rest.empty()) {
       add("text-unquoted", entry.place,
           "several words without quotes: the value is " + quoted(entry.value) + ", and " +
-              quoted(written.rest) +
-              " is read as another entry; put the value between double "
-              "quotes");
+              quoted(written.rest) + " is read as another entry; " + advice_for_words(field));
     }
     note_opened(entry, field);
     check_repeated(entry, field);
     check_value(entry, description_.file, findings_);
+  }
+
+  static string advice_for_words(const description_field& field) {
+    if (field.kind == value_kind::OPENING)
+      return "write one word, and another line for another one";
+    if (field.kind == value_kind::NUMBER || field.kind == value_kind::VERSION) {
+      return "write it without blanks";
+    }
+    return "put the value between double quotes";
+  }
+
+  // A line of a text may be empty, but not the whole text.
+  void check_empty_text(std::size_t index) {
+    const located_entry& entry = *events_[index].entry;
+    if (!entry.value.empty() || field_of(entry.keyword).kind != value_kind::LINES) return;
+    const auto goes_on = [&](std::size_t other) {
+      return other < events_.size() && events_[other].entry != nullptr &&
+             events_[other].entry->keyword == entry.keyword;
+    };
+    const std::size_t next = index + 1 < events_.size() ? next_entry_[index + 1] : events_.size();
+    if (goes_on(next) || goes_on(last_entry_)) return;
+    add("value-empty", entry.place,
+        quoted(r[entry.keyword]) + " is a text without words: give one, or remove the line");
   }
 
   void note_opened(const located_entry& entry, const description_field& field) {
@@ -338,7 +368,12 @@ class line_checks {
     const auto [before, is_new] = given_.emplace(entry.keyword, entry.place.line);
     if (is_new) return;
     const string first = std::to_string(before->second);
-    if (field.kind == value_kind::LIST) {
+    const message_number of_need = keyword_of_need(entry.keyword);
+    if (needs_ > 0 && of_need != message_number{}) {
+      add("entry-repeated", entry.place,
+          "a second " + quoted(r[entry.keyword]) + " of the product, the first is in line " +
+              first + ": did you mean " + quoted(r[of_need]) + "?");
+    } else if (field.kind == value_kind::LIST) {
       add("list-repeated", entry.place,
           "a second " + quoted(r[entry.keyword]) + ", the first is in line " + first +
               ": the two are mixed up; write one list");
@@ -354,6 +389,7 @@ class line_checks {
   std::vector<string_view> lines_;
   std::vector<event> events_;
   std::vector<std::size_t> next_entry_;          // for each event, the next one that is no comment
+  std::size_t last_entry_ = events_.size();      // the last entry that was looked at, if any
   std::size_t seen_on_line_ = 0;                 // the line of the last event
   std::size_t parts_ = 0;                        // opened so far
   std::size_t needs_ = 0;                        // opened so far in the part
@@ -366,6 +402,11 @@ void check_reading(const read_description& description, finding_list& findings) 
   if (description.too_long) {
     findings.add("description-unreadable", description.file, WHOLE_FILE,
                  "the description is longer than one mebibyte, and was not read");
+    return;
+  }
+  if (is_of_wide_characters(description.text)) {
+    findings.add("byte-order-mark", description.file, WHOLE_FILE,
+                 "the file is UTF-16, of which the program reads nothing: save it as ASCII");
     return;
   }
   line_checks(description, findings).check();

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <vector>
 
+#include "lint/misnamed.h"
+
 namespace morvane {
 
 namespace {
@@ -36,6 +38,7 @@ class sense_checks {
 
   void check() {
     check_number_of_products();
+    check_messages_there();
     for (const distributed_product& product : distribution_.products) {
       check_files(product);
       if (!is_described(product)) continue;
@@ -57,16 +60,33 @@ class sense_checks {
     }
   }
 
+  void check_messages_there() {
+    const string meant = misnamed_messages(distribution_.files);
+    const bool is_there = std::ranges::binary_search(distribution_.files, "morvane.rsc");
+    if (is_there || meant.empty() || distribution_.products.empty()) return;
+    findings_.add("messages-misnamed", distribution_.directory + meant, WHOLE_FILE,
+                  "there is no morvane.rsc, without which the program does not start, and this "
+                  "looks like it: rename it");
+  }
+
   void check_files(const distributed_product& product) {
     if (product.archive && product.description.outcome == read_outcome::MISSING) {
-      findings_.add("description-missing", *product.archive, WHOLE_FILE,
-                    "there is no " + product.description.file +
-                        ": the product has no name, version, " + "parts or settings");
+      const string missing = "there is no " + product.description.file;
+      const string meant = misnamed_description(product.identifier, distribution_.files);
+      if (meant.empty()) {
+        findings_.add("description-missing", *product.archive, WHOLE_FILE,
+                      missing + ": the product has no name, version, parts or settings");
+      } else {
+        findings_.add("description-misnamed", distribution_.directory + meant, WHOLE_FILE,
+                      missing + ", and this looks like it: rename it");
+      }
     }
     if (!product.archive && !product.has_source_tree) {
+      const string meant = misnamed_archive(product.identifier, distribution_.files);
       findings_.add("archive-missing", product.description.file, WHOLE_FILE,
                     "there is no " + distribution_.directory + product.identifier +
-                        ".tar: the program does not show the product");
+                        ".tar: the program does not show the product" +
+                        (meant.empty() ? "" : "; make it of " + quoted(meant)));
     }
   }
 
@@ -89,7 +109,7 @@ class sense_checks {
     if (twin != nullptr) {
       findings_.add("product-twice", description.file, place_of(description, KEYWORD_NAME),
                     "name, version, category and type are those of " + quoted(twin->identifier) +
-                        ": remove one of the products, or correct its version");
+                        ": remove one of the products, or correct its version or patch level");
     } else if (namesake != nullptr) {
       findings_.add(
           "full-name-twice", description.file, place_of(description, KEYWORD_FULL_NAME),
@@ -98,10 +118,31 @@ class sense_checks {
     if (record.path.empty()) return;
     const distributed_product* neighbour = same(paths_, string(record.path));
     if (neighbour == nullptr || twin != nullptr) return;
-    if (are_levels_of_one(record, neighbour->description.record)) return;
+    if (is_patch_beside(record, neighbour->description.record)) return;
     findings_.add("path-twice", description.file, place_of(description, KEYWORD_PATH),
                   "the path " + quoted(record.path) + " is also proposed for " +
                       quoted(neighbour->identifier) + ": give each product its own");
+  }
+
+  // Tells whether one is a patch of the other, or wants to be: what is wrong then is said
+  // otherwise.
+  static bool is_patch_beside(const morvane::product& a, const morvane::product& b) {
+    const bool patch = !required_levels(a).empty() || !required_levels(b).empty();
+    return are_levels_of_one(a, b) || (patch && a.name == b.name);
+  }
+
+  // Returns why the product is not the level that a patch requires, in the rest of a sentence.
+  static string difference(const distributed_product& patch, const distributed_product& other) {
+    const morvane::product& a = patch.description.record;
+    const morvane::product& b = other.description.record;
+    const auto differs = [](string_view what, string_view one, string_view two) {
+      return "has the " + string(what) + " " + quoted(two) + ", and the patch " + quoted(one);
+    };
+    if (!other.archive && !other.has_source_tree) return "has no archive";
+    if (a.full_name != b.full_name) return differs("full name", a.full_name, b.full_name);
+    if (a.category != b.category) return differs("category", a.category, b.category);
+    if (a.type != b.type) return differs("type", a.type, b.type);
+    return differs("version", version_numbers(a.release), version_numbers(b.release));
   }
 
   // Looks for the level that a patch requires.
@@ -116,7 +157,9 @@ class sense_checks {
       const morvane::product& found = other.description.record;
       if (found.name == record.name && found.release.patch == level) nearest = &other;
       if (found.release.patch != level || !are_levels_of_one(record, found)) continue;
-      if (other.identifier > patch.identifier) {
+      if (!other.archive && !other.has_source_tree) continue;
+      // As the names of the archives sort.
+      if (other.identifier + ".tar" > patch.identifier + ".tar") {
         findings_.add("patch-first", description.file, WHOLE_FILE,
                       "the patch is listed before " + quoted(other.identifier) +
                           ", on which it builds: name the archives in their order");
@@ -129,13 +172,12 @@ class sense_checks {
       }
       return;
     }
-    findings_.add(
-        "patch-unmet", description.file, place,
-        "level " + std::to_string(level) + " is not in the distribution" +
-            (nearest == nullptr ? string()
-                                : ": " + quoted(nearest->identifier) +
-                                      " differs in its full name, version, category or type") +
-            "; only where it is installed already can the patch build on it");
+    findings_.add("patch-unmet", description.file, place,
+                  "level " + std::to_string(level) + " is not in the distribution" +
+                      (nearest == nullptr ? string()
+                                          : ": " + quoted(nearest->identifier) + " " +
+                                                difference(patch, *nearest)) +
+                      "; only where it is installed already can the patch build on it");
   }
 
   const distribution& distribution_;
@@ -175,6 +217,11 @@ void check_own_sense(const read_description& description, finding_list& findings
                  place_of(description, KEYWORD_REQUIRED_PATCHES),
                  "level " + std::to_string(version.patch) +
                      " is the product's own, which it cannot require: leave it out of the list");
+  }
+  if (version.patch > 0 && required_levels(record).empty()) {
+    findings.add("patch-alone", description.file, place_of(description, KEYWORD_PATCH),
+                 "a patch that requires no level is installed without what it goes over: where it "
+                 "is not the whole product, add RequiredPatches");
   }
   for (std::size_t i = 0; i < TARGETS && record.target_dep[i] != nullptr; ++i) {
     const target_dep& part = *record.target_dep[i];

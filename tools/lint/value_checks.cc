@@ -112,6 +112,14 @@ class value_checks {
       add("list-separator",
           "a blank before the first level makes it count twice: begin the list with a digit");
     }
+    const auto no_command = std::ranges::find_if(words, [](string_view word) {
+      return word.starts_with('-') || word.find('/') != string_view::npos;
+    });
+    if (entry_.keyword == KEYWORD_NEEDED_TOOLS && no_command != words.end()) {
+      add("tool-name", quoted(*no_command) +
+                           " is never found: a tool is looked for by its name in each directory " +
+                           "of the PATH; write names of commands alone");
+    }
     if (field.most != 0 && words.size() > field.most) {
       add("list-too-long", "the program keeps " + std::to_string(field.most) +
                                " words of this list, and leaves out " + quoted(words[field.most]) +
