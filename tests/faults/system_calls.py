@@ -53,8 +53,9 @@ TELLING = [b"<%d " % number for number in (95, 97, 98, 101, 102, 103, 114, 123, 
 TELLING.append(b"Cannot find resource file")
 
 # What looks like an honest answer: a product without a description, a file that is not for this
-# user, a name that the host does not know. The dialogue then goes another way, for all to see.
-HONEST = re.compile(r"open ENOENT .*\.descr$|access EACCES |"
+# user, a place that cannot be looked at and counts as empty, a name that the host does not know. The
+# dialogue then goes another way, for all to see.
+HONEST = re.compile(r"open ENOENT .*\.descr$|access (EACCES|EIO) |stat EACCES |"
                     r".* (\d+=)?/etc/(nsswitch\.conf|passwd|group)$")
 
 # Makes "$0/tmp" the /tmp of what runs then, and of that alone. The stage "$0" keeps its name there.
