@@ -372,6 +372,15 @@ class Refusing(ModuleTest):
             self.refused(f"There is no distribution in {path}: no file morvane.rsc that can be read.",
                          distribution=str(path))
 
+    def test_what_is_no_directory_is_no_product_s(self):
+        for identifier in ("app", "base"):
+            self.products.append(self.products.pop(0))
+            (self.root / identifier).write_text("kept")
+            self.products[-1]["directory"] = f"{self.root}/{identifier}"
+        self.answers_refused(f"[base] directory: {self.root}/base is no directory; "
+                             f"[app] directory: {self.root}/app is no directory")
+        self.assertEqual((self.root / "app").read_text(), "kept")
+
     def test_a_missing_command_is_named(self):
         for name in ("executable", "make"):
             self.assertIn("no-such-command", self.install(**{name: "no-such-command"})["msg"])

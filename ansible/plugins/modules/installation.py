@@ -417,11 +417,21 @@ class Installation:
         self.module.fail_json(msg="%s: %s" % (what, "; ".join(reasons)), findings=findings)
 
     def note(self, said):
+        """Takes over what the run results in: the products, and what is to be found on the host then."""
         files = {file["name"]: file["content"] for file in said["files"]}
         planned = {product["id"]: product for product in said["products"]}
         self.products = [planned[identifier] for identifier in order_of_work(files["install.mk"])]
         self.wanted = {product["id"]: self.wanted_state(product, files) for product in self.products}
         self.compare()
+        self.refuse_other_files()
+
+    def refuse_other_files(self):
+        """The dialogue takes whatever there is for a directory, and make would extract elsewhere."""
+        reasons = ["[%s] directory: %s is no directory" % (product["id"], product["directory"])
+                   for product in self.products
+                   if os.path.lexists(product["directory"]) and not os.path.isdir(product["directory"])]
+        if reasons:
+            self.refuse(REFUSED, dict(why="; ".join(reasons), findings=[]))
 
     def wanted_state(self, product, files):
         """Returns what is to be found on the host: the record of the product, see installed_product."""

@@ -1,0 +1,159 @@
+"""Hosts for tests of the collection: each is an sshd with processes, /opt, /root and /tmp of its own.
+
+They listen on loopback addresses, know one key and share one distribution in /srv/distribution and
+one morvane-answers in /usr/local/bin, which cover what lies there. Nothing outlives whoever made them.
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import socket
+import subprocess
+import time
+
+SSHD = "/usr/sbin/sshd"
+DEADLINE = 60.0
+COMMANDS = ("ansible-playbook", "ansible-galaxy", "ssh", "ssh-keygen", "unshare", "setpriv", "make")
+
+SETTINGS = """\
+HostKey /run/host_key
+AuthorizedKeysFile /run/user_key.pub
+PidFile none
+StrictModes no
+UsePAM no
+PrintLastLog no
+MaxStartups 1000
+Subsystem sftp internal-sftp
+"""
+# What a host has to itself, and what all of them share; else it sees what is here. /tmp comes last: the
+# others lie there.
+START = """\
+mount --bind "$1/opt" /opt
+mount --bind "$1/root" /root
+mount --bind "$2/run" /run
+mount --bind "$2/srv" /srv
+mount --bind "$2/bin" /usr/local/bin
+mount --bind "$1/tmp" /tmp
+exec {sshd} -D -e -f /run/sshd_config -o ListenAddress="$3"
+"""
+ANSIBLE = """\
+[defaults]
+host_key_checking = False
+forks = {forks}
+collections_path = {root}/collections
+interpreter_python = /usr/bin/python3
+nocows = True
+nocolor = True
+retry_files_enabled = False
+[ssh_connection]
+ssh_args = -F /dev/null -o ControlMaster=auto -o ControlPersist=30s -o UserKnownHostsFile=/dev/null -o LogLevel=ERROR
+control_path_dir = {root}/control
+"""
+
+
+def missing():
+    """Returns why there can be no such hosts here, or None."""
+    if os.geteuid() != 0:
+        return "only the superuser makes hosts"
+    for command in (*COMMANDS, SSHD):
+        if shutil.which(command) is None:
+            return f"there is no {command}"
+    if subprocess.run(["unshare", "--mount", "--pid", "--fork", "true"], capture_output=True,
+                      check=False).returncode != 0:
+        return "namespaces are not allowed"
+    return None
+
+
+class Hosts:
+    """Hosts host1, host2, ... that run until the end of the context, and the Ansible that knows them."""
+
+    def __init__(self, root, count, forks=5):
+        self.root = root
+        self.names = [f"host{number}" for number in range(1, count + 1)]
+        self.running = {}
+        with socket.create_server((self.address("host1"), 0)) as found:
+            self.port = found.getsockname()[1]
+        for name in ("run/sshd", "srv", "bin", "control", "home"):
+            (root / name).mkdir(parents=True)
+        for key in ("host_key", "user_key"):
+            subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", root / "run" / key], check=True)
+        (root / "run/sshd_config").write_text(SETTINGS)
+        (root / "ansible.cfg").write_text(ANSIBLE.format(root=root, forks=forks))
+        hosts = {name: {"ansible_host": self.address(name)} for name in self.names}
+        (root / "inventory.json").write_text(json.dumps({"all": {"hosts": hosts, "vars": {
+            "ansible_port": self.port, "ansible_user": "root",
+            "ansible_ssh_private_key_file": str(root / "run/user_key")}}}))
+        self.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8",
+                            "HOME": str(root / "home"), "ANSIBLE_CONFIG": str(root / "ansible.cfg"),
+                            "ANSIBLE_INVENTORY": str(root / "inventory.json")}
+
+    def __enter__(self):
+        for name in self.names:
+            self.start(name)
+        return self
+
+    def __exit__(self, *_):
+        for name in list(self.running):
+            self.stop(name)
+
+    def address(self, name):
+        number = self.names.index(name) + 1
+        return f"127.0.1.{number}"
+
+    def disk(self, name):
+        """Returns the directory in which a host has its /opt, /root and /tmp."""
+        return self.root / "hosts" / name
+
+    def start(self, name):
+        """Starts a host, with what it had on its disk."""
+        for directory in ("opt", "root", "tmp"):
+            (self.disk(name) / directory).mkdir(parents=True, exist_ok=True)
+        with open(self.disk(name) / "log", "ab") as log:
+            self.running[name] = subprocess.Popen(
+                ["setpriv", "--pdeathsig", "KILL", "unshare", "--mount", "--pid", "--fork", "--kill-child",
+                 "--mount-proc", "sh", "-euc", START.format(sshd=SSHD), "sh", self.disk(name),
+                 self.root, f"{self.address(name)}:{self.port}"], stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        self.wait_for(name)
+
+    def wait_for(self, name):
+        deadline = time.monotonic() + DEADLINE
+        while True:
+            try:
+                socket.create_connection((self.address(name), self.port), timeout=1).close()
+                return
+            except OSError:
+                if self.running[name].poll() is not None or time.monotonic() > deadline:
+                    raise RuntimeError(f"{name}: " + (self.disk(name) / "log").read_text()) from None
+                time.sleep(0.02)
+
+    def stop(self, name):
+        """Ends a host as a power failure does."""
+        host = self.running.pop(name)
+        host.kill()
+        host.wait()
+
+    def install_collection(self, project):
+        """Gives Ansible the collection as its users get it."""
+        made = subprocess.run([project / "scripts/collection", self.root], check=True, stdout=subprocess.PIPE,
+                              text=True, env=self.environment).stdout
+        subprocess.run(["ansible-galaxy", "collection", "install", "-p", self.root / "collections",
+                        made.rstrip("\n")], check=True, stdout=subprocess.DEVNULL, env=self.environment)
+
+    def play(self, playbook, *options, during=lambda: None):
+        """Plays a playbook, and does something meanwhile.
+
+        Returns the status of Ansible, what each host said to its last task, and what Ansible printed.
+        """
+        (self.root / "playbook.yml").write_text(json.dumps(playbook))
+        said = self.root / "said"
+        shutil.rmtree(said, ignore_errors=True)
+        environment = {**self.environment, "ANSIBLE_CALLBACKS_ENABLED": "tree",
+                       "ANSIBLE_CALLBACK_TREE_DIR": str(said)}
+        with subprocess.Popen(["ansible-playbook", self.root / "playbook.yml", *options], text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment,
+                              cwd=self.root) as running:
+            during()
+            output, _ = running.communicate()
+        results = {path.name: json.loads(path.read_text()) for path in said.iterdir()} if said.exists() else {}
+        return running.returncode, results, output
