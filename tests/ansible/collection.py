@@ -13,9 +13,10 @@ import sys
 import tempfile
 import unittest
 
+import needs
+
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 COMMANDS = ("ansible-galaxy", "ansible-doc", "ansible-playbook", "ansible-lint", "ansible-test")
-SKIPPED = 77
 
 # Of "ansible-test sanity --list-tests": those that install nothing.
 SANITY = ("compile", "empty-init", "future-import-boilerplate", "ignores", "line-endings",
@@ -32,7 +33,7 @@ class CollectionTest(unittest.TestCase):
         cls.addClassCleanup(scratch.cleanup)
         cls.root = pathlib.Path(scratch.name)
         (cls.root / "home").mkdir()
-        cls.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8",
+        cls.environment = {"PATH": needs.PATH, "LC_ALL": "C.UTF-8",
                            "HOME": str(cls.root / "home"), "ANSIBLE_NOCOLOR": "1", "NO_COLOR": "1",
                            "ANSIBLE_COLLECTIONS_PATH": str(cls.root), "SOURCE_DATE_EPOCH": "1000000000"}
         cls.tarball = pathlib.Path(cls.run_command(PROJECT / "scripts/collection", cls.root).rstrip("\n"))
@@ -99,10 +100,10 @@ class CollectionTest(unittest.TestCase):
 
 
 def main():
-    for command in COMMANDS:
-        if shutil.which(command, path="/usr/bin") is None:
-            print(f"skipped: there is no {command}")
-            sys.exit(SKIPPED)
+    why = needs.missing(*COMMANDS)
+    if why is not None:
+        print(f"skipped: {why}")
+        sys.exit(needs.SKIPPED)
     unittest.main(argv=[sys.argv[0], *sys.argv[2:]])
 
 

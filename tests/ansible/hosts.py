@@ -12,9 +12,11 @@ import socket
 import subprocess
 import time
 
+import needs
+
 SSHD = "/usr/sbin/sshd"
 DEADLINE = 60.0
-COMMANDS = ("ansible-playbook", "ansible-galaxy", "ssh", "ssh-keygen", "unshare", "setpriv", "make")
+COMMANDS = ("sshd", "ansible-playbook", "ansible-galaxy", "ssh", "ssh-keygen", "unshare", "setpriv", "make")
 
 SETTINGS = """\
 HostKey /run/host_key
@@ -56,13 +58,11 @@ def missing():
     """Returns why there can be no such hosts here, or None."""
     if os.geteuid() != 0:
         return "only the superuser makes hosts"
-    for command in (*COMMANDS, SSHD):
-        if shutil.which(command) is None:
-            return f"there is no {command}"
-    if subprocess.run(["unshare", "--mount", "--pid", "--fork", "true"], capture_output=True,
-                      check=False).returncode != 0:
+    why = needs.missing(*COMMANDS)
+    if why is None and subprocess.run(["unshare", "--mount", "--pid", "--fork", "true"], capture_output=True,
+                                      check=False).returncode != 0:
         return "namespaces are not allowed"
-    return None
+    return why
 
 
 class Hosts:
@@ -84,7 +84,7 @@ class Hosts:
         (root / "inventory.json").write_text(json.dumps({"all": {"hosts": hosts, "vars": {
             "ansible_port": self.port, "ansible_user": "root",
             "ansible_ssh_private_key_file": str(root / "run/user_key")}}}))
-        self.environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8",
+        self.environment = {"PATH": needs.PATH, "LC_ALL": "C.UTF-8",
                             "HOME": str(root / "home"), "ANSIBLE_CONFIG": str(root / "ansible.cfg"),
                             "ANSIBLE_INVENTORY": str(root / "inventory.json")}
 

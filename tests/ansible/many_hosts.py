@@ -17,12 +17,12 @@ import time
 import unittest
 
 import hosts as many
+import needs
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 COUNT = int(sys.argv[2]) if len(sys.argv) > 2 else 5
 FORKS = 25
-SKIPPED = 77
 
 DESCRIPTIONS = {
     "base": """\
@@ -202,7 +202,7 @@ def main():
     why = many.missing()
     if why is not None:
         print(f"skipped: {why}")
-        sys.exit(SKIPPED)
+        sys.exit(needs.SKIPPED)
     if len(sys.argv) > 2:
         sys.exit(measure(COUNT))
     unittest.main(argv=sys.argv[:1])

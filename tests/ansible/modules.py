@@ -18,13 +18,13 @@ import tarfile
 import tempfile
 import unittest
 
+import needs
+
 BUILD = pathlib.Path(sys.argv[1]).resolve()
-ANSWERS = BUILD / "tests/morvane_answers_without_pauses"
+ANSWERS = BUILD / "morvane-answers"
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
-PYTHON = "/usr/bin/python3"  # Debian's, which Ansible comes with
 USER = pwd.getpwuid(os.geteuid()).pw_name
 GROUP = grp.getgrgid(os.getegid()).gr_name
-SKIPPED = 77
 
 DESCRIPTIONS = {
     "app": """\
@@ -101,10 +101,10 @@ class ModuleTest(unittest.TestCase):
 
     def run_module(self, name, **arguments):
         done = subprocess.run(
-            [PYTHON, "-B", "-m", f"ansible_collections.morvane.distribution.plugins.modules.{name}"],
+            [needs.PYTHON, "-B", "-m", f"ansible_collections.morvane.distribution.plugins.modules.{name}"],
             input=json.dumps({"ANSIBLE_MODULE_ARGS": arguments}), text=True, capture_output=True, timeout=60,
             check=False, cwd="/", umask=0o077,
-            env={"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", "MAKEFLAGS": "n",
+            env={"PATH": needs.PATH, "LC_ALL": "C", "MAKEFLAGS": "n",
                  "PYTHONPATH": str(self.root / "python")})
         self.assertEqual(done.stderr, "")
         left = pathlib.Path("/tmp").glob("morvane-*/distribution/base.tar")
@@ -381,6 +381,11 @@ class Refusing(ModuleTest):
                              f"[app] directory: {self.root}/app is no directory")
         self.assertEqual((self.root / "app").read_text(), "kept")
 
+    @unittest.skipIf(os.geteuid() == 0, "the superuser reads everything")
+    def test_an_archive_that_cannot_be_read_is_named(self):
+        (self.dist / "app.tar").chmod(0)
+        self.answers_refused("[app] app.tar cannot be read")
+
     def test_a_missing_command_is_named(self):
         for name in ("executable", "make"):
             self.assertIn("no-such-command", self.install(**{name: "no-such-command"})["msg"])
@@ -409,9 +414,10 @@ class Telling(ModuleTest):
 
 
 def main():
-    if subprocess.run([PYTHON, "-c", "import ansible"], capture_output=True, check=False).returncode != 0:
-        print("skipped: there is no Ansible")
-        sys.exit(SKIPPED)
+    why = needs.missing("make", modules=["ansible"])
+    if why is not None:
+        print(f"skipped: {why}")
+        sys.exit(needs.SKIPPED)
     unittest.main(argv=[sys.argv[0], *sys.argv[2:]])
 
 

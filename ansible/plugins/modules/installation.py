@@ -367,7 +367,7 @@ class Installation:
 
     def __init__(self, module, work):
         self.module = module
-        self.distribution = module.params["distribution"]
+        self.distribution = os.path.abspath(module.params["distribution"])
         self.work = os.path.join(work, "distribution")
         self.answers = os.path.join(work, "answers")
         self.text = module.params["answers"]
@@ -400,7 +400,7 @@ class Installation:
         for name, value in (self.module.params["variables"] or {}).items():
             arguments.append("--set=%s=%s" % (name, value))
         status, output, errors = self.module.run_command(
-            arguments + [self.answers], umask=0o022, expand_user_and_vars=False)
+            arguments + [self.answers], expand_user_and_vars=False)
         if status not in (0, REFUSED, PARTED):
             self.module.fail_json(msg="morvane-answers ended with status %d: %s" % (status, errors.strip()))
         said = json.loads(output)
@@ -419,17 +419,22 @@ class Installation:
     def note(self, said):
         """Takes over what the run results in: the products, and what is to be found on the host then."""
         files = {file["name"]: file["content"] for file in said["files"]}
-        planned = {product["id"]: product for product in said["products"]}
+        kept = ("id", "version", "directory", "owner", "group", "access", "parts")
+        planned = {product["id"]: {key: product[key] for key in kept} for product in said["products"]}
         self.products = [planned[identifier] for identifier in order_of_work(files["install.mk"])]
         self.wanted = {product["id"]: self.wanted_state(product, files) for product in self.products}
         self.compare()
-        self.refuse_other_files()
+        self.refuse_unusable()
 
-    def refuse_other_files(self):
-        """The dialogue takes whatever there is for a directory, and make would extract elsewhere."""
-        reasons = ["[%s] directory: %s is no directory" % (product["id"], product["directory"])
-                   for product in self.products
-                   if os.path.lexists(product["directory"]) and not os.path.isdir(product["directory"])]
+    def refuse_unusable(self):
+        """Refuses what the dialogue does not ask: make would extract elsewhere, or find no archive."""
+        reasons = []
+        for product in self.products:
+            directory, identifier = product["directory"], product["id"]
+            if os.path.lexists(directory) and not os.path.isdir(directory):
+                reasons.append("[%s] directory: %s is no directory" % (identifier, directory))
+            if self.wanted[identifier]["archive"] is None:
+                reasons.append("[%s] %s.tar cannot be read" % (identifier, identifier))
         if reasons:
             self.refuse(REFUSED, dict(why="; ".join(reasons), findings=[]))
 
@@ -492,7 +497,7 @@ class Installation:
     def make_product(self, product):
         """Has make install a product, one job at a time. Fails where make does."""
         status, output, errors = self.module.run_command(
-            [self.make, "-f", "install.mk", product["id"]], cwd=self.work, umask=0o022,
+            [self.make, "-f", "install.mk", product["id"]], cwd=self.work,
             environ_update=dict(MAKEFLAGS="", MFLAGS=""), expand_user_and_vars=False)
         if status != 0:
             product["outcome"] = "failed"
@@ -518,15 +523,15 @@ def main():
         required_by=dict(variables="answers"),
         supports_check_mode=True,
     )
+    os.umask(0o022)  # What others are to have access to is not closed to them on the way.
     # In /tmp: make cannot deal with every name that a home has.
     with tempfile.TemporaryDirectory(prefix="morvane-", dir="/tmp") as work:
         installation = Installation(module, work)
         installation.run("check")
         difference = installation.difference()
-        changed = bool(installation.stale)
-        if changed and not module.check_mode:
+        if installation.stale and not module.check_mode:
             installation.install()
-        module.exit_json(changed=changed, products=installation.products, diff=difference)
+        module.exit_json(changed=bool(installation.stale), products=installation.products, diff=difference)
 
 
 if __name__ == "__main__":
