@@ -39,9 +39,20 @@ mount --bind "$2/bin" /usr/local/bin
 mount --bind "$1/tmp" /tmp
 exec {sshd} -D -e -f /run/sshd_config -o ListenAddress="$3"
 """
+EVERY_HOST = """\
+Host *
+Port {port}
+User root
+IdentityFile {root}/run/user_key
+StrictHostKeyChecking no
+UserKnownHostsFile /dev/null
+LogLevel ERROR
+ControlMaster auto
+ControlPersist 30
+"""
 ANSIBLE = """\
 [defaults]
-host_key_checking = False
+inventory = {root}/inventory
 forks = {forks}
 collections_path = {root}/collections
 interpreter_python = /usr/bin/python3
@@ -49,7 +60,7 @@ nocows = True
 nocolor = True
 retry_files_enabled = False
 [ssh_connection]
-ssh_args = -F /dev/null -o ControlMaster=auto -o ControlPersist=30s -o UserKnownHostsFile=/dev/null -o LogLevel=ERROR
+ssh_args = -F {root}/ssh_config -o ControlPersist=30
 control_path_dir = {root}/control
 """
 
@@ -66,27 +77,26 @@ def missing():
 
 
 class Hosts:
-    """Hosts host1, host2, ... that run until the end of the context, and the Ansible that knows them."""
+    """Hosts that run until the end of the context; ssh knows them by their names, Ansible by an inventory."""
 
-    def __init__(self, root, count, forks=5):
+    def __init__(self, root, names, forks=5):
         self.root = root
-        self.names = [f"host{number}" for number in range(1, count + 1)]
+        self.names = names
         self.running = {}
-        with socket.create_server((self.address("host1"), 0)) as found:
+        with socket.create_server((self.address(names[0]), 0)) as found:
             self.port = found.getsockname()[1]
         for name in ("run/sshd", "srv", "bin", "control", "home"):
             (root / name).mkdir(parents=True)
         for key in ("host_key", "user_key"):
             subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", root / "run" / key], check=True)
         (root / "run/sshd_config").write_text(SETTINGS)
+        (root / "ssh_config").write_text(
+            "".join(f"Host {name}\nHostName {self.address(name)}\n" for name in names)
+            + EVERY_HOST.format(root=root, port=self.port))
         (root / "ansible.cfg").write_text(ANSIBLE.format(root=root, forks=forks))
-        hosts = {name: {"ansible_host": self.address(name)} for name in self.names}
-        (root / "inventory.json").write_text(json.dumps({"all": {"hosts": hosts, "vars": {
-            "ansible_port": self.port, "ansible_user": "root",
-            "ansible_ssh_private_key_file": str(root / "run/user_key")}}}))
-        self.environment = {"PATH": needs.PATH, "LC_ALL": "C.UTF-8",
-                            "HOME": str(root / "home"), "ANSIBLE_CONFIG": str(root / "ansible.cfg"),
-                            "ANSIBLE_INVENTORY": str(root / "inventory.json")}
+        (root / "inventory").write_text("\n".join(names) + "\n")
+        self.environment = {"PATH": needs.PATH, "LC_ALL": "C.UTF-8", "HOME": str(root / "home"),
+                            "ANSIBLE_CONFIG": str(root / "ansible.cfg")}
 
     def __enter__(self):
         for name in self.names:

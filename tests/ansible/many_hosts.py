@@ -72,8 +72,8 @@ def make_distribution(root):
 
 
 def set_up(root, count):
-    """Returns that many hosts, with all that they need."""
-    hosts = many.Hosts(root, count, forks=FORKS)
+    """Returns the hosts host1, host2, ... with all that they need."""
+    hosts = many.Hosts(root, [f"host{number}" for number in range(1, count + 1)], forks=FORKS)
     make_distribution(root)
     shutil.copy(BUILD / "morvane-answers", root / "bin")
     hosts.install_collection(PROJECT)

@@ -5,8 +5,9 @@
 
 Blocks marked "sh" are run, one after the other, in an empty directory. A block "answers" behind one
 is typed to its last command: the word that begins each line, Enter for an empty one. A block
-"output" behind one is what it must print. Nothing to paste holds a tab: an interactive shell would
-complete a name instead.
+"output" behind one is what it must print, each line of a block "lines" is part of what it prints, though
+blanks may be wider there. Nothing to paste holds a tab: an interactive shell would complete a name
+instead.
 """
 
 import grp
@@ -44,8 +45,8 @@ def run(commands, answers, work, environment):
     return done.stdout
 
 
-def follow(work, environment):
-    blocks = BLOCK.findall(TUTORIAL.read_text())
+def follow(tutorial, work, environment):
+    blocks = BLOCK.findall(tutorial.read_text())
     for number, (kind, commands) in enumerate(blocks):
         if kind != "sh":
             continue
@@ -56,6 +57,9 @@ def follow(work, environment):
         wanted = following.get("output")
         if wanted is not None and printed != wanted:
             sys.exit(f"{commands}\nprinted\n{printed}\ninstead of\n{wanted}")
+        for line in following.get("lines", "").splitlines():
+            if line not in re.sub(" +", " ", printed):
+                sys.exit(f"{commands}\nprinted\n{printed}\nwithout\n{line}")
 
 
 def main():
@@ -72,7 +76,7 @@ def main():
                 sys.exit(SKIPPED)
         follow_in = work / "empty"
         follow_in.mkdir()
-        follow(follow_in, {"PATH": path, "LC_ALL": "C", "HERE": str(work / "here")})
+        follow(TUTORIAL, follow_in, {"PATH": path, "LC_ALL": "C", "HERE": str(work / "here")})
 
 
 if __name__ == "__main__":
