@@ -26,7 +26,11 @@ for command in "$prefix"/bin/*; do
 done
 "$prefix/bin/morvane-lint" "$work/dist" >/dev/null
 "$prefix/bin/morvane-graph" "$work/dist" | grep -qF 'label="kelstone'
-"$prefix/bin/morvane-answers" --version >/dev/null
+version=$("$prefix/bin/morvane-answers" --version | sed 's/.* //')
+collection=$prefix/share/ansible/collections/ansible_collections/morvane/distribution
+grep -qx "version: $version.0" "$collection/galaxy.yml"
+test -f "$collection/plugins/modules/installation.py"
+test ! -e "$collection/galaxy.yml.in"
 sed -i "s|= */opt/|= $work/dist/opt/|" "$work"/dist/*.descr
 
 cd "$work/dist"
