@@ -6,7 +6,6 @@ one morvane-answers in /usr/local/bin, which cover what lies there. Nothing outl
 
 import json
 import os
-import pathlib
 import shutil
 import socket
 import subprocess
