@@ -34,7 +34,7 @@ class Installing(ModuleTest):
         result = self.install(_ansible_check_mode=True, _ansible_diff=True)
         self.expect(result, True, {"base": "to be installed", "app": "to be installed"}, [])
         self.assertEqual(sorted(self.root.rglob("*")), before)
-        self.assertEqual([(each["header"], each["before"]) for each in result["diff"]],
+        self.assertEqual([(each["after_header"], each["before"]) for each in result["diff"]],
                          [(f"base in {self.root}/opt/base", ""), (f"app in {self.root}/opt/app", "")])
         self.assertIn('"PRODUCT_VERSION = 1.3"', result["diff"][0]["after"])
         self.install_all()

@@ -163,6 +163,7 @@ class ManyHosts(unittest.TestCase):
         status, results, printed = self.hosts.play(PLAYBOOK, "--check", "--diff")
         self.assertEqual(status, 0, printed)
         self.expect(results, "host1", True, [], base="unchanged", app="to be installed")
+        self.assertIn("--- before: app in /opt/app\n", printed)
         self.assertIn('-    "STORE_PATH = /opt/bose"', printed)
         self.assertIn('+    "STORE_PATH = /opt/base"', printed)
         self.assertIn("bose", settings.read_text())

@@ -379,9 +379,13 @@ class Installation:
         def text(state):
             return json.dumps(state, indent=2, sort_keys=True) + "\n" if state else ""
 
-        return [dict(header="%s in %s" % (product["id"], product["directory"]),
-                     before=text(self.found_state(product)), after=text(self.wanted[product["id"]]))
-                for product in self.stale]
+        differences = []
+        for product in self.stale:
+            header = "%s in %s" % (product["id"], product["directory"])
+            differences.append(dict(
+                before_header=header, before=text(self.found_state(product)),
+                after_header=header, after=text(self.wanted[product["id"]])))
+        return differences
 
     def lock(self, directory):
         """Keeps other runs away until this one ends. Goes on without a lock where there can be none."""
