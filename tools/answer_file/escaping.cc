@@ -52,6 +52,12 @@ std::string escape_name(std::string_view text) {
 }
 
 std::optional<std::string> unescape(std::string_view written) {
+  std::optional<std::string> text = unescape_file_name(written);
+  if (text && text->find('\n') != std::string::npos) return std::nullopt;
+  return text;
+}
+
+std::optional<std::string> unescape_file_name(std::string_view written) {
   std::string text;
   for (std::size_t i = 0; i < written.size(); ++i) {
     if (written[i] != '%') {
@@ -63,7 +69,7 @@ std::optional<std::string> unescape(std::string_view written) {
     const std::size_t low = HEX_DIGITS.find(written[i + 2]);
     if (high == std::string_view::npos || low == std::string_view::npos) return std::nullopt;
     text += static_cast<char>(16 * high + low);
-    if (text.back() == '\0' || text.back() == '\n') return std::nullopt;
+    if (text.back() == '\0') return std::nullopt;
     i += 2;
   }
   return text;

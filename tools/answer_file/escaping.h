@@ -22,6 +22,9 @@ std::string escape_name(std::string_view text);
 // by those of a NUL or a newline, which no answer holds.
 std::optional<std::string> unescape(std::string_view written);
 
+// The same for the name of a file, which may hold a newline.
+std::optional<std::string> unescape_file_name(std::string_view written);
+
 }  // namespace morvane
 
 #endif  // MORVANE_ANSWER_FILE_ESCAPING_H
