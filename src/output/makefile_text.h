@@ -7,8 +7,14 @@
 #include <vector>
 
 #include "output/product_facts.h"
+#include "text/places.h"
 
 namespace morvane {
+
+// Return what the texts of `rule_texts.h` are filled with for a product, and which of their lines
+// stand.
+places places_of(const product_facts& facts);
+conditions conditions_of(const product_facts& facts);
 
 // Returns the rules that install one product, or, where it is installed, configure it again.
 std::string product_rules(const product_facts& facts);

@@ -22,15 +22,6 @@ std::string name_or_number(const std::string& name, unsigned number) {
   return holds_special_characters(name) ? std::to_string(number) : name;
 }
 
-// Returns the files that the rules of `record` copy, in their order.
-std::vector<std::string> files_to_copy(const product& record) {
-  std::vector<std::string> files;
-  if (is_new(record)) files.assign(INST_FILES.begin(), INST_FILES.end());
-  if (is_new(record) && is_described(record)) files.push_back(description_file(record));
-  if (is_described(record)) files.push_back(settings_file(record));
-  return files;
-}
-
 bool lies_here(const std::string& file) {
   if (on_host().is_file(file)) return true;
   diagnose_warning(fill("installation file './%s' missing.", {file}));
@@ -39,32 +30,49 @@ bool lies_here(const std::string& file) {
 
 }  // namespace
 
-bool is_new(const product& record) {
-  return record.install == product_state::CONFIGURED;
+std::string description_file(std::string_view id) {
+  return fill("%s%s", {id, DESCRIPTION_ENDING});
 }
 
-bool is_described(const product& record) {
-  return record.descr_avail != NO_DESCRIPTION;
+std::string settings_file(std::string_view id) {
+  return fill("%s%s", {id, SETTINGS_ENDING});
 }
 
-std::string description_file(const product& record) {
-  return fill("%s%s", {record.id, DESCRIPTION_ENDING});
+std::vector<std::string> files_to_copy(const product_facts& facts) {
+  std::vector<std::string> files;
+  if (facts.is_new) files.assign(INST_FILES.begin(), INST_FILES.end());
+  if (facts.is_new && facts.described) files.push_back(description_file(facts.id));
+  if (facts.described) files.push_back(settings_file(facts.id));
+  return files;
 }
 
-std::string settings_file(const product& record) {
-  return fill("%s%s", {record.id, SETTINGS_ENDING});
+product_facts facts_of(const product& record) {
+  product_facts facts;
+  facts.id = record.id.view();
+  facts.name = record.name.view();
+  facts.shown_name = product_name(record);
+  facts.path = record.path.view();
+  facts.owner = record.owner.view();
+  facts.group = record.group.view();
+  facts.is_new = record.install == product_state::CONFIGURED;
+  facts.described = record.descr_avail != NO_DESCRIPTION;
+  facts.closed = !record.other_access;
+  for (std::size_t slot = 0; slot < TARGETS; ++slot) {
+    const target_dep* target = resolved_target(record, slot);
+    if (target != nullptr) facts.targets.emplace_back(target->target);
+  }
+  return facts;
 }
 
 product_facts gather_facts(const product& record, std::string_view host_system) {
-  product_facts facts;
-  facts.record = &record;
+  product_facts facts = facts_of(record);
   facts.superuser = acts_as_superuser();
   facts.link_option = host_system == SYSTEM_WITH_LINK_OPTION;
   std::string old_name;
   // `find`, which looks for them, takes a number as well.
   if (check_uid_diff(record, old_name)) facts.old_owner = name_or_number(old_name, geteuid());
   if (check_gid_diff(record, old_name)) facts.old_group = name_or_number(old_name, getegid());
-  for (const std::string& file : files_to_copy(record)) {
+  for (const std::string& file : files_to_copy(facts)) {
     if (lies_here(file)) facts.files.push_back(file);
   }
   return facts;

@@ -22,9 +22,18 @@ class app_facts {
     app.path = "/opt/app";
     app.owner = "me";
     app.group = "us";
-    facts.record = &app;
   }
-  std::string rules() const { return product_rules(facts); }
+  std::string rules() const { return product_rules(all_facts()); }
+
+  product_facts all_facts() const {
+    product_facts all = facts_of(app);
+    all.superuser = facts.superuser;
+    all.link_option = facts.link_option;
+    all.old_owner = facts.old_owner;
+    all.old_group = facts.old_group;
+    all.files = facts.files;
+    return all;
+  }
 
   product app;
   product_facts facts;
@@ -93,21 +102,17 @@ TEST(MainRule, HandsOnWhatWasLeftBehindTheTargets) {
   }
 }
 
-TEST(MainRule, NamesTargetsUpToTheFirstEmptySlotButEachHasItsRule) {
+TEST(MainRule, NamesTheTargetsThatAreMadeAndEachHasItsRule) {
   app_facts seen;
   add_target(seen.app, "wanted", target_state::WANTED);
   add_target(seen.app, "first", target_state::RESOLVED);
-  seen.app.target_dep[11] = std::make_unique<target_dep>();
-  seen.app.target_dep[11]->target = "last";
-  seen.app.target_dep[11]->install = target_state::RESOLVED;
+  add_target(seen.app, "last", target_state::RESOLVED);
   const std::string text = seen.rules();
-  EXPECT_TRUE(contains(text, "app-dat-file \\\n\t\tapp-first  \\\n\t\tapp-succeeded\n"));
+  EXPECT_TRUE(contains(text, "app-dat-file \\\n\t\tapp-first app-last  \\\n\t\tapp-succeeded\n"));
   EXPECT_FALSE(contains(text, "wanted"));
   EXPECT_EQ(rule_of(text, "app-last"),
             "app-last: /opt/app/install/app.make\n\techo \"** making 'last' for 'app'\"\n"
             "\tcd /opt/app/install; $(MAKE) -f app.make last\n");
-  seen.app.target_dep[0] = nullptr;
-  EXPECT_TRUE(contains(seen.rules(), "app-dat-file \\\n\t\tapp-succeeded\n"));
 }
 
 TEST(NewRule, NamesOwnerAndPermissionWhereTheyAreSet) {
@@ -208,7 +213,7 @@ void for_all_facts(const std::function<void(const product_facts&)>& look) {
     seen.facts.superuser = holds(7);
     seen.facts.link_option = holds(8);
     SCOPED_TRACE(bits);
-    look(seen.facts);
+    look(seen.all_facts());
   }
 }
 
@@ -243,7 +248,7 @@ TEST(ProductRules, ChangeOwnersForTheSuperuserOnly) {
 
 TEST(ProductRules, ChangeAccessOnlyWhereOthersLoseIt) {
   for_all_facts([](const product_facts& facts) {
-    EXPECT_EQ(contains(product_rules(facts), "chmod"), facts.record->other_access == 0);
+    EXPECT_EQ(contains(product_rules(facts), "chmod"), facts.closed);
   });
 }
 
@@ -265,12 +270,13 @@ TEST(MakefileText, NamesTheDirectoryAndTheProducts) {
   app_facts app;
   app_facts other;
   other.app.id = "{products}";
-  const std::string text = makefile_text("/dist", {app.facts, other.facts, app.facts});
+  const std::string text =
+      makefile_text("/dist", {app.all_facts(), other.all_facts(), app.all_facts()});
   EXPECT_TRUE(text.starts_with("#\n# This file was generated automatically by 'morvane'.\n\n"));
   EXPECT_TRUE(contains(text, "\nTAR_PATH\t= /dist\n\n\ninstall:        products\n"));
   EXPECT_TRUE(contains(text, "\nproducts: app {products} app\n"));
-  EXPECT_TRUE(contains(text, product_rules(app.facts)));
-  EXPECT_TRUE(contains(text, product_rules(other.facts)));
+  EXPECT_TRUE(contains(text, product_rules(app.all_facts())));
+  EXPECT_TRUE(contains(text, product_rules(other.all_facts())));
 }
 
 TEST(MakefileText, WithoutProductsHasHeadAndTail) {
