@@ -50,7 +50,7 @@ std::size_t select_in(selection& selected, const receipt_store& store,
                       const std::string& directory) {
   std::size_t count = 0;
   for (const stored_receipt& stored : store.receipts) {
-    if (!is_same_directory(stored.content.directory, directory)) continue;
+    if (stored.file.empty() || !is_same_directory(stored.content.directory, directory)) continue;
     select(selected, stored);
     ++count;
   }
@@ -60,7 +60,7 @@ std::size_t select_in(selection& selected, const receipt_store& store,
 void select_identifier(selection& selected, const receipt_store& store, const std::string& id) {
   std::vector<const stored_receipt*> found;
   for (const stored_receipt& stored : store.receipts) {
-    if (stored.content.id == id) found.push_back(&stored);
+    if (stored.content.id == id && !stored.file.empty()) found.push_back(&stored);
   }
   if (found.size() == 1) return select(selected, *found.front());
   std::string fault = printable(id) + ": there is no receipt of such a product";

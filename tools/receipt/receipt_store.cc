@@ -163,7 +163,7 @@ int keep_in_registry(const receipt& kept, const std::string& registry) {
 
 int unlink_in(const descriptor& directory, const std::string& name) {
   const bool gone = directory.is_open() && unlinkat(directory.number(), name.c_str(), 0) == 0;
-  return gone || errno == ENOENT ? 0 : errno;
+  return gone || errno == ENOENT || errno == ENOTDIR || errno == ELOOP ? 0 : errno;
 }
 
 }  // namespace
@@ -216,14 +216,15 @@ receipt_places keep_receipt(receipt& kept, const std::string& registry) {
   return places;
 }
 
-receipt_places drop_receipt(const receipt& dropped, const std::string& registry) {
-  receipt_places places;
+int drop_beside(const receipt& dropped) {
   const descriptor product = open_directory(dropped.directory);
   const descriptor install =
       product.is_open() ? open_below(product, INSTALL_DIRECTORY) : descriptor();
-  places.beside = unlink_in(install, name_beside(dropped.id));
-  places.registry = unlink_in(open_registry(registry), name_in_registry(dropped));
-  return places;
+  return unlink_in(install, name_beside(dropped.id));
+}
+
+int drop_registered(const receipt& dropped, const std::string& registry) {
+  return unlink_in(open_registry(registry), name_in_registry(dropped));
 }
 
 }  // namespace morvane

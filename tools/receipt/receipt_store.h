@@ -19,7 +19,7 @@ inline constexpr std::string_view INSTALL_DIRECTORY = "install";
 
 struct stored_receipt {
   receipt content;
-  std::string file;         // that it was read from
+  std::string file;         // that it was read from; empty where the product has none
   bool trusted = false;     // nobody but the superuser and who runs the command can have written it
   bool registered = false;  // it lies in the registry
   bool beside = false;      // it lies beside the product
@@ -40,7 +40,7 @@ bool add_registered(receipt_store& store, const std::string& registry);
 // the directory cannot be read.
 bool add_beside(receipt_store& store, const std::string& directory);
 
-// What became of a receipt that was to be kept, or dropped.
+// What became of a receipt that was to be kept.
 struct receipt_places {
   int beside = 0;    // 0, or the errno that tells why not
   int registry = 0;  // the same
@@ -51,8 +51,9 @@ struct receipt_places {
 // not write the registry.
 receipt_places keep_receipt(receipt& kept, const std::string& registry);
 
-// Removes it from both; what is not there is removed.
-receipt_places drop_receipt(const receipt& dropped, const std::string& registry);
+// Remove it from one place. Return 0, also where it is not there, or the errno that tells why not.
+int drop_beside(const receipt& dropped);
+int drop_registered(const receipt& dropped, const std::string& registry);
 
 }  // namespace morvane
 

@@ -1,0 +1,189 @@
+#include "remove/remove_command.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "command/command_line.h"
+#include "installed/selection.h"
+#include "receipt/receipt_store.h"
+#include "remove/dependents.h"
+#include "remove/removal.h"
+#include "remove/remover.h"
+#include "report/finding.h"
+
+namespace morvane {
+
+namespace {
+
+struct remove_options {
+  bool plan = false;
+  bool yes = false;
+  std::string keep_in;
+  std::vector<std::string> searched;
+  std::string registry = std::string(REGISTRY);
+};
+
+command described_command(remove_options& options) {
+  const auto flag = [](bool& taken) {
+    return [&taken](const std::string&) { return taken = true; };
+  };
+  return {"morvane-remove",
+          "ID | DIRECTORY...",
+          "Takes products away: what their receipts name and nobody changed.",
+          {{"plan", "", "only say what would be done", flag(options.plan)},
+           {"yes", "", "do it without asking", flag(options.yes)},
+           {"keep-in", "DIRECTORY", "move changed files there, instead of leaving them",
+            [&](const std::string& directory) {
+              options.keep_in = directory;
+              return !directory.empty();
+            }},
+           {"search", "DIRECTORY", "look there, too, for products that need one of them",
+            [&](const std::string& directory) {
+              options.searched.push_back(directory);
+              return !directory.empty();
+            }},
+           {"registry", "DIRECTORY", "where the host's receipts are: " + std::string(REGISTRY),
+            [&](const std::string& directory) {
+              options.registry = directory;
+              return !directory.empty();
+            }}}};
+}
+
+// Removes what a command line names.
+class remove_run {
+ public:
+  remove_run(const command& described, const remove_options& options)
+      : described_(described), options_(options) {}
+
+  exit_status run(const std::vector<std::string>& operands) {
+    if (!load(operands)) return exit_status::WRONG_USE;
+    if (is_refused()) return exit_status::REFUSED;
+    const bool all_goes = show_plans();
+    if (options_.plan) return all_goes ? exit_status::GOOD : exit_status::FINDINGS;
+    if (!options_.yes && !operator_agrees()) return exit_status::REFUSED;
+    return act(all_goes);
+  }
+
+ private:
+  bool load(const std::vector<std::string>& operands) {
+    store_ = load_receipts(options_.registry, operands);
+    for (const std::string& directory : options_.searched) {
+      if (add_products_below(store_, directory)) continue;
+      complain(described_, printable(directory) + ": " + std::strerror(errno));
+      return false;
+    }
+    std::set<std::string> directories;
+    for (const stored_receipt& stored : store_.receipts) {
+      directories.insert(stored.content.directory);
+    }
+    for (const std::string& directory : directories) add_settings_in(store_, directory);
+    for (const std::string& fault : store_.faults) complain(described_, printable(fault));
+
+    const selection selected = select_products(store_, operands);
+    for (const std::string& fault : selected.faults) complain(described_, fault);
+    products_ = in_order(selected.products);
+    for (const stored_receipt* product : products_) removed_.insert(&product->content);
+    return selected.faults.empty();
+  }
+
+  bool is_refused() const {
+    bool refused = false;
+    for (const stored_receipt* product : products_) {
+      const std::string file = printable(product->file);
+      if (!product->trusted) {
+        complain(described_, file + ": another user can have written it");
+        refused = true;
+      } else if (product->registered && access(options_.registry.c_str(), W_OK) != 0) {
+        complain(described_, file + ": cannot be removed: " + std::strerror(errno));
+        refused = true;
+      }
+    }
+    for (const std::string& line : who_needs(store_, removed_)) {
+      complain(described_, printable(line));
+      refused = true;
+    }
+    if (refused) complain(described_, "nothing was removed");
+    return refused;
+  }
+
+  // Returns whether all of the products goes.
+  bool show_plans() {
+    bool all_goes = true;
+    for (const stored_receipt* product : products_) {
+      plans_.push_back(plan_removal(store_, *product, removed_));
+      std::fputs(text_of(plans_.back()).c_str(), stdout);
+      all_goes = all_goes && std::ranges::all_of(plans_.back().paths, [](const planned_path& path) {
+                   return path.why.empty();
+                 });
+    }
+    return all_goes;
+  }
+
+  bool operator_agrees() const {
+    if (isatty(STDIN_FILENO) == 0) {
+      complain(described_, "nobody can be asked: say --yes; nothing was removed");
+      return false;
+    }
+    std::fputs("Remove this? (y/n) [n]: ", stdout);
+    std::fflush(stdout);
+    std::string answer;
+    for (int c = std::getchar(); c != EOF && c != '\n'; c = std::getchar()) {
+      answer += static_cast<char>(c);
+    }
+    if (answer == "y" || answer == "yes") return true;
+    complain(described_, "nothing was removed");
+    return false;
+  }
+
+  exit_status act(bool all_goes) {
+    exit_status status = all_goes ? exit_status::GOOD : exit_status::FINDINGS;
+    for (const removal& planned : plans_) {
+      const removed_product done = remove(planned, store_, options_.registry, options_.keep_in);
+      for (const std::string& remark : done.remarks) {
+        std::fputs(("  " + printable(remark) + "\n").c_str(), stdout);
+        status = std::max(status, exit_status::FINDINGS);
+      }
+      const std::string id = printable(planned.product->content.id);
+      std::fputs((id + ": removed " + counted_kinds(done.removed) + "\n").c_str(), stdout);
+      for (const std::string& fault : done.faults)
+        complain(described_, id + ": " + printable(fault));
+      if (!done.faults.empty()) {
+        complain(described_, id + ": not finished, its receipt is still there: run this again");
+        return exit_status::FAILED;
+      }
+    }
+    return status;
+  }
+
+  const command& described_;
+  const remove_options& options_;
+  receipt_store store_;
+  std::vector<const stored_receipt*> products_;
+  product_set removed_;
+  std::vector<removal> plans_;
+};
+
+}  // namespace
+
+exit_status run_remove(int count, char** arguments) {
+  remove_options options;
+  const command described = described_command(options);
+  const auto parsed = parse_command_line(described, count, arguments);
+  if (const exit_status* ended = std::get_if<exit_status>(&parsed)) return *ended;
+  const auto& operands = std::get<std::vector<std::string>>(parsed);
+  if (operands.empty()) {
+    complain(described, "no product is named");
+    return exit_status::WRONG_USE;
+  }
+  return remove_run(described, options).run(operands);
+}
+
+}  // namespace morvane
