@@ -10,6 +10,7 @@
 
 #include "installed/claims.h"
 #include "remove/kept_files.h"
+#include "tree/digest.h"
 #include "tree/directory.h"
 
 namespace morvane {
@@ -110,13 +111,24 @@ class remover {
   void remove_file(const planned_path& path) {
     const auto now = look_at(directory_, name_);
     if (!now && errno == ENOENT) return;
-    if (now != path.found.status) {
+    if (!is_as_planned(path, now)) {
       done_.remarks.push_back("keeps " + path.entry->path + ": it was changed just now");
     } else if (unlinkat(directory_.number(), name_.c_str(), 0) == 0) {
       done_.removed.push_back(path.entry);
     } else if (errno != ENOENT) {
       done_.faults.push_back(with_reason(path.entry->path, errno));
     }
+  }
+
+  // A hard link that was removed just now has changed the others: then the content tells.
+  bool is_as_planned(const planned_path& path, const std::optional<file_status>& now) const {
+    if (!now || now == path.found.status) return now.has_value();
+    file_status status = *now;
+    status.changed = path.found.status->changed;
+    if (status != *path.found.status || status.kind != file_kind::FILE) return false;
+    const descriptor file = open_file_below(directory_, name_);
+    return file.is_open() && digest_of_file(file) == path.entry->digest &&
+           look_at(directory_, name_) == now;
   }
 
   void remove_directory(const planned_path& path) {

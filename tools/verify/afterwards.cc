@@ -14,7 +14,6 @@
 #include "archive/archive_reader.h"
 #include "catalogue/product_files.h"
 #include "install_makefile/product_settings.h"
-#include "installed/claims.h"
 #include "installed/originals.h"
 #include "tree/digest.h"
 #include "tree/directory.h"
@@ -36,15 +35,20 @@ std::optional<std::string> digest_at(const std::string& path) {
   return file.is_open() ? digest_of_file(file) : std::nullopt;
 }
 
-// Makes gives owner, group and access by names up to the first blank, and read by the shell.
+// Make gives owner, group and access by names up to the first blank, and read by the shell.
 bool is_dealt_with(const std::string& name) {
   return !name.starts_with('-') && !name.starts_with('/') && name.find(' ') == std::string::npos;
 }
 
-// Returns the mode that is left of one in the archive: a change of owner takes the set-id bits.
-unsigned mode_left(const archive_member& member, bool closed) {
+// Returns the mode that is left of one in the archive: a change of owner takes the set-id bits of
+// what is no directory, and a directory may have got the set-group-id bit of the one that it is in,
+// as `found` then has it.
+unsigned mode_left(const archive_member& member, unsigned found, bool closed) {
+  constexpr unsigned INHERITED = S_ISGID;
   unsigned mode = member.mode;
-  if (member.kind != member_kind::DIRECTORY) {
+  if (member.kind == member_kind::DIRECTORY) {
+    mode |= found & INHERITED;
+  } else {
     mode &= ~static_cast<unsigned>(S_ISUID);
     if ((mode & S_IXGRP) != 0) mode &= ~static_cast<unsigned>(S_ISGID);
   }
@@ -69,7 +73,7 @@ file_kind kind_of(member_kind kind) {
 // Makes one receipt, step by step.
 class maker {
  public:
-  maker(const product_facts& facts, const receipt_store& store) : facts_(facts), store_(store) {}
+  explicit maker(const product_facts& facts) : facts_(facts) {}
 
   std::variant<receipt, std::string> make() {
     std::string refusal = begin();
@@ -78,8 +82,7 @@ class maker {
     add_directories_above();
     add_configurators_files();
     note_times();
-    take_entries();
-    look_around();
+    for (auto& [path, entry] : entries_) made_.entries.push_back(std::move(entry));
     return std::move(made_);
   }
 
@@ -158,7 +161,8 @@ class maker {
   }
 
   void set_rights(receipt_entry& entry, const archive_member& member) const {
-    entry.mode = is_dealt_with(member.name) ? mode_left(member, facts_.closed) : member.mode;
+    entry.mode =
+        is_dealt_with(member.name) ? mode_left(member, entry.mode, facts_.closed) : member.mode;
     if (!is_dealt_with(member.name)) return;
     const passwd* owner = facts_.superuser ? getpwnam(facts_.owner.c_str()) : nullptr;
     if (owner != nullptr) entry.owner = owner->pw_uid;
@@ -234,8 +238,6 @@ class maker {
     const std::string path = "install/" + facts_.id + ".make";
     const std::string head = "include " + settings_file(facts_.id) + "\n";
     if (product_makefile_) add_file(path, head + *product_makefile_, entry_origin::CONFIGURATOR);
-    const auto made = found_.find(path);
-    if (made != found_.end()) prepared_ = made->second->modified;
   }
 
   void add_file(const std::string& path, std::string_view content, entry_origin origin) {
@@ -265,74 +267,19 @@ class maker {
     }
   }
 
-  void take_entries() {
-    for (auto& [path, entry] : entries_) made_.entries.push_back(std::move(entry));
-  }
-
-  // What else lies there may have been made by a part, if it came after that was prepared. A
-  // directory in which only the product's files lie counts as made by it.
-  void look_around() {
-    const neighbours others(store_, made_);
-    std::set<std::string> strange;  // directories that hold something of nobody
-    std::vector<receipt_entry> perhaps;
-    for (const tree_file& file : walked_.files) {
-      receipt_entry entry = entry_of(file.path, file.status);
-      if (find_entry(made_, file.path) != nullptr || is_known(others, entry)) continue;
-      if (!facts_.targets.empty() && prepared_ && is_since(file.status, *prepared_)) {
-        add_perhaps(entry, perhaps);
-        continue;
-      }
-      for (std::string above = split(file.path).above; strange.insert(above).second;) {
-        above = split(above).above;
-      }
-    }
-    for (receipt_entry& entry : made_.entries) {
-      if (entry.kind != file_kind::DIRECTORY || strange.contains(entry.path)) continue;
-      entry.before = entry.path == "." ? before::EMPTY : before::NOTHING;
-    }
-    made_.entries.insert(made_.entries.end(), perhaps.begin(), perhaps.end());
-    std::ranges::sort(made_.entries, {}, &receipt_entry::path);
-  }
-
-  bool is_known(const neighbours& others, const receipt_entry& entry) const {
-    const std::string path = absolute_path(made_, entry);
-    return path == file_beside(made_) || others.know(path);
-  }
-
-  static bool is_since(const file_status& status, std::int64_t seconds) {
-    return status.changed / NANOSECONDS_A_SECOND >= seconds;
-  }
-
-  void add_perhaps(receipt_entry entry, std::vector<receipt_entry>& perhaps) const {
-    entry.before = before::UNKNOWN;
-    entry.origin = entry_origin::PERHAPS;
-    if (entry.kind == file_kind::FILE) {
-      const descriptor file = open_file_below(directory_, entry.path);
-      const auto digest = file.is_open() ? digest_of_file(file) : std::nullopt;
-      if (!digest) return;
-      entry.digest = *digest;
-    }
-    perhaps.push_back(std::move(entry));
-  }
-
-  static constexpr std::int64_t NANOSECONDS_A_SECOND = 1'000'000'000;
-
   const product_facts& facts_;
-  const receipt_store& store_;
   receipt made_;
   descriptor directory_;
   walked_tree walked_;
   std::map<std::string, const file_status*> found_;
   std::map<std::string, receipt_entry> entries_;
   std::optional<std::string> product_makefile_;
-  std::optional<std::int64_t> prepared_;  // when the product's own makefile was, in seconds
 };
 
 }  // namespace
 
-std::variant<receipt, std::string> receipt_afterwards(const product_facts& facts,
-                                                      const receipt_store& store) {
-  return maker(facts, store).make();
+std::variant<receipt, std::string> receipt_afterwards(const product_facts& facts) {
+  return maker(facts).make();
 }
 
 }  // namespace morvane

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <utility>
 #include <variant>
 
@@ -42,16 +43,32 @@ class saver {
       complain(described_, "there is no message file, for the keywords of descriptions");
       return exit_status::WRONG_USE;
     }
+    return save(*makefile, identifiers);
+  }
+
+ private:
+  // All that is installed is told of before any receipt is kept: products share directories.
+  exit_status save(const install_makefile& makefile, const std::vector<std::string>& identifiers) {
+    std::vector<std::string> directories;
+    for (const product_facts& facts : makefile.products) directories.push_back(facts.path + "/");
+    store_ = load_receipts(registry_, directories);
+    const std::size_t earlier = store_.receipts.size();
     exit_status status = exit_status::GOOD;
-    for (const product_facts& facts : makefile->products) {
+    for (const product_facts& facts : makefile.products) {
       const bool wanted =
           identifiers.empty() || std::ranges::find(identifiers, facts.id) != identifiers.end();
-      if (wanted) status = std::max(status, save(facts));
+      status = std::max(status, tell_of(facts, wanted));
+    }
+    put_in_order(earlier);
+    for (std::size_t i = earlier; i < store_.receipts.size(); ++i) {
+      receipt& made = store_.receipts[i].content;
+      if (!wanted_.contains(made.id)) continue;
+      add_surroundings(made, store_);
+      status = std::max(status, keep(made));
     }
     return status;
   }
 
- private:
   std::optional<install_makefile> read_makefile() const {
     const descriptor file = open_for_reading(MAKEFILE);
     const auto text = file.is_open() ? read_rest(file) : std::nullopt;
@@ -68,23 +85,37 @@ class saver {
     return std::move(std::get<install_makefile>(reading));
   }
 
-  exit_status save(const product_facts& facts) const {
-    const receipt_store store = load_receipts(registry_, {facts.path + "/."});
-    const auto same = std::ranges::find_if(store.receipts, [&](const stored_receipt& each) {
+  // Adds the receipt of a product that has none to the store.
+  exit_status tell_of(const product_facts& facts, bool wanted) {
+    const auto same = std::ranges::find_if(store_.receipts, [&](const stored_receipt& each) {
       return each.content.id == facts.id && each.content.directory == normal_path(facts.path) &&
              each.trusted;
     });
     const std::string name = printable(facts.id) + ": ";
-    if (same != store.receipts.end()) {
-      complain(described_, name + "has a receipt already, " + printable(same->file));
+    if (same != store_.receipts.end()) {
+      if (wanted) complain(described_, name + "has a receipt already, " + printable(same->file));
       return exit_status::GOOD;
     }
-    auto made = receipt_afterwards(facts, store);
+    auto made = receipt_afterwards(facts);
     if (const auto* refusal = std::get_if<std::string>(&made)) {
+      if (!wanted) return exit_status::GOOD;
       complain(described_, name + "no receipt is made: " + printable(*refusal));
       return exit_status::WRONG_USE;
     }
-    return keep(std::get<receipt>(made));
+    stored_receipt stored;
+    stored.content = std::move(std::get<receipt>(made));
+    if (wanted) wanted_.insert(facts.id);
+    store_.receipts.push_back(std::move(stored));
+    return exit_status::GOOD;
+  }
+
+  // Make installed them one behind the other, whatever the times of their files tell now.
+  void put_in_order(std::size_t first) {
+    for (std::size_t i = store_.receipts.size(); i-- > first + 1;) {
+      const receipt& later = store_.receipts[i].content;
+      receipt& sooner = store_.receipts[i - 1].content;
+      if (later.installed > 0) sooner.installed = std::min(sooner.installed, later.installed - 1);
+    }
   }
 
   exit_status keep(receipt& made) const {
@@ -104,6 +135,8 @@ class saver {
 
   const command& described_;
   const std::string& registry_;
+  receipt_store store_;
+  std::set<std::string> wanted_;  // identifiers of products whose receipt is to be kept
 };
 
 }  // namespace

@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "installed/claims.h"
+#include "tree/digest.h"
+#include "tree/directory.h"
+#include "tree/walk.h"
+#include "verify/afterwards.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr std::int64_t NANOSECONDS = 1'000'000'000;
+
+// Looks at what lies around the files of one product.
+class surveyor {
+ public:
+  surveyor(receipt& made, const receipt_store& store)
+      : made_(made), neighbours_(store, made), directory_(open_directory(made.directory)) {
+    const descriptor makefile =
+        open_file_below(directory_, std::string(INSTALL_DIRECTORY) + "/" + made.id + ".make");
+    const auto status = makefile.is_open() ? status_of(makefile) : std::nullopt;
+    if (status && !made.parts.empty()) prepared_ = status->modified;
+  }
+
+  void survey() {
+    if (!directory_.is_open()) return;
+    for (const tree_file& file : walk(directory_).files) {
+      if (!is_known(file.path)) take(file);
+    }
+    for (receipt_entry& entry : made_.entries) {
+      if (entry.kind != file_kind::DIRECTORY || strange_.contains(entry.path)) continue;
+      entry.before = entry.path == "." ? before::EMPTY : before::NOTHING;
+    }
+    made_.entries.insert(made_.entries.end(), perhaps_.begin(), perhaps_.end());
+    std::ranges::sort(made_.entries, {}, &receipt_entry::path);
+  }
+
+ private:
+  bool is_known(const std::string& path) const {
+    if (find_entry(made_, path) != nullptr) return true;
+    receipt_entry entry;
+    entry.path = path;
+    const std::string absolute = absolute_path(made_, entry);
+    return absolute == file_beside(made_) || neighbours_.know(absolute);
+  }
+
+  // Takes what may have been made by a part; else it tells that its directories were there before.
+  void take(const tree_file& file) {
+    receipt_entry entry = entry_of(file.path, file.status);
+    entry.before = before::UNKNOWN;
+    entry.origin = entry_origin::PERHAPS;
+    const bool in_time = prepared_ && file.status.changed / NANOSECONDS >= *prepared_;
+    if (in_time && add_digest(entry)) {
+      perhaps_.push_back(std::move(entry));
+      return;
+    }
+    std::string above = split(file.path).above;
+    while (strange_.insert(above).second) above = split(above).above;
+  }
+
+  bool add_digest(receipt_entry& entry) const {
+    if (entry.kind != file_kind::FILE) return true;
+    const descriptor file = open_file_below(directory_, entry.path);
+    auto digest = file.is_open() ? digest_of_file(file) : std::nullopt;
+    if (digest) entry.digest = std::move(*digest);
+    return digest.has_value();
+  }
+
+  receipt& made_;
+  neighbours neighbours_;
+  descriptor directory_;
+  std::optional<std::int64_t> prepared_;  // when its makefile was, in seconds; only with parts
+  std::set<std::string> strange_;         // directories that hold something of nobody
+  std::vector<receipt_entry> perhaps_;
+};
+
+}  // namespace
+
+void add_surroundings(receipt& made, const receipt_store& store) {
+  surveyor(made, store).survey();
+}
+
+}  // namespace morvane
