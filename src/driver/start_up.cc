@@ -2,10 +2,8 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/file.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -15,7 +13,7 @@
 #include "console/printer.h"
 #include "messages/table.h"
 #include "platform/diagnostic.h"
-#include "platform/file.h"
+#include "platform/directory_lock.h"
 #include "platform/identity.h"
 #include "platform/pause.h"
 #include "platform/signals.h"
@@ -55,13 +53,10 @@ void reset_what_commands_inherit() {
 }
 
 // Keeps other runs out of the current directory until this one ends: they would overwrite each
-// other's files. Goes on without a lock where there can be none.
-void lock_current_directory() {
-  // Static: the lock ends with the descriptor.
-  static const descriptor directory(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!directory.is_open() || flock(directory.number(), LOCK_EX | LOCK_NB) == 0) return;
-  if (errno != EWOULDBLOCK) return;
-  diagnose_error("another configurator is at work in this directory");
+// other's files.
+void keep_others_out() {
+  if (lock_current_directory()) return;
+  diagnose_error(OTHER_CONFIGURATOR);
   quit();
 }
 
@@ -96,7 +91,7 @@ void start_up() {
   reset_what_commands_inherit();
   load_messages();
   // Behind the messages: whoever is kept out leaves with their farewell.
-  lock_current_directory();
+  keep_others_out();
   if (!started_by_superuser()) warn_ordinary_user();
 }
 

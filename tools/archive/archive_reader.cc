@@ -79,6 +79,9 @@ archive_member member_of(archive_entry* entry) {
   while (member.name.size() > 1 && member.name.ends_with('/')) member.name.pop_back();
   member.target = text_of(member.kind == member_kind::HARD_LINK ? archive_entry_hardlink(entry)
                                                                 : archive_entry_symlink(entry));
+  if (member.kind == member_kind::FILE) {
+    member.size = static_cast<std::uint64_t>(std::max<la_int64_t>(archive_entry_size(entry), 0));
+  }
   return member;
 }
 

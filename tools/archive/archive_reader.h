@@ -3,6 +3,7 @@
 #define MORVANE_ARCHIVE_ARCHIVE_READER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,9 +22,10 @@ enum class member_kind { FILE, DIRECTORY, LINK, HARD_LINK, OTHER };
 
 struct archive_member {
   member_kind kind = member_kind::OTHER;
-  unsigned mode = 0;   // the permissions, with the set-id bits
-  std::string name;    // as it stands in the archive, without the slash behind a directory
-  std::string target;  // of a link
+  unsigned mode = 0;       // the permissions, with the set-id bits
+  std::string name;        // as it stands in the archive, without the slash behind a directory
+  std::string target;      // of a link
+  std::uint64_t size = 0;  // of the content of a file
 };
 
 enum class archive_fault {

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "archive/archive_reader.h"
-#include "archive/tar_listing.h"
 #include "lint/archived_files.h"
-#include "lint/member_checks.h"
+#include "lint/checked_archive.h"
 #include "lint/part_checks.h"
 #include "lint/sense.h"
 #include "text/white_space.h"
@@ -51,54 +50,17 @@ class archive_checks {
   }
 
   void check_archive(const distributed_product& product) {
-    tar_listing listing(*product.archive);
-    const archive_content content = read_archive(*product.archive, MAKEFILE);
-    if (content.fault) report_fault(product, *content.fault, content.reason);
+    const archive_content content =
+        read_checked_archive(product.identifier, *product.archive, findings_);
     archived_product& archived =
         archived_.emplace_back(archived_product{&product, {}, !content.fault});
-    check_members(product.identifier, *product.archive, content, findings_);
     for (const archive_member& member : content.members) {
       const bool is_named = member.kind == member_kind::FILE ||
                             member.kind == member_kind::HARD_LINK ||
                             member.kind == member_kind::LINK;
       if (is_named) archived.files.insert(joined_name(parts_of_name(member.name)));
     }
-    if (content.fault) return;
-    if (const string difference = listing.difference_from(content.members); !difference.empty()) {
-      add("archive-ambiguous", product,
-          "the archive can be read in two ways: " + printable(difference) + "; pack it again");
-    }
-    if (content.members.empty()) {
-      add("archive-empty", product, "the archive holds nothing, for which the installation fails");
-    }
-    check_parts(product, content, archived.files, findings_);
-  }
-
-  void report_fault(const distributed_product& product, archive_fault fault, const string& reason) {
-    switch (fault) {
-      case archive_fault::CANNOT_BE_OPENED:
-        add("archive-unreadable", product, "the archive cannot be opened: " + reason);
-        break;
-      case archive_fault::EMPTY_FILE:
-        add("archive-empty", product, "the file is empty, for which the installation fails");
-        break;
-      case archive_fault::COMPRESSED:
-        add("archive-compressed", product,
-            "the archive is compressed with " + reason + ": unpack it first");
-        break;
-      case archive_fault::NOT_READABLE:
-        add("archive-unreadable", product,
-            "this is no tar archive that can be read: " + reason + "; pack it again");
-        break;
-      case archive_fault::NO_END:
-        add("archive-unreadable", product,
-            "the archive has no end, and may be cut off: pack it again");
-        break;
-      case archive_fault::TOO_MANY:
-        add("archive-names", product,
-            "it holds more names than any command can take: the rest was not looked at");
-        break;
-    }
+    if (!content.fault) check_parts(product, content, archived.files, findings_);
   }
 
   // Products that propose one path, levels of one product left out.

@@ -16,7 +16,7 @@ void json_writer::value(std::string_view text) {
   quote(text);
 }
 
-void json_writer::value(std::size_t number) {
+void json_writer::value(std::uint64_t number) {
   separate();
   text_ += std::to_string(number);
 }
@@ -26,7 +26,7 @@ void json_writer::member(std::string_view name, std::string_view text) {
   value(text);
 }
 
-void json_writer::member(std::string_view name, std::size_t number) {
+void json_writer::member(std::string_view name, std::uint64_t number) {
   key(name);
   value(number);
 }

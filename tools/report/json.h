@@ -3,6 +3,7 @@
 #define MORVANE_REPORT_JSON_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,11 +18,11 @@ class json_writer {
   void end_array() { end(']'); }
   void key(std::string_view name);
   void value(std::string_view text);
-  void value(std::size_t number);
+  void value(std::uint64_t number);
 
   // The same for a member of an object.
   void member(std::string_view name, std::string_view text);
-  void member(std::string_view name, std::size_t number);
+  void member(std::string_view name, std::uint64_t number);
 
   // Adds a member that is true or false.
   void flag(std::string_view name, bool is_set);

@@ -1,0 +1,44 @@
+// The receipt of a product that is being installed: what lies in its directory before and after.
+#ifndef MORVANE_INSTALL_PRODUCT_RECEIPT_H
+#define MORVANE_INSTALL_PRODUCT_RECEIPT_H
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "install/plan.h"
+#include "platform/file.h"
+#include "receipt/receipt.h"
+#include "tree/file_status.h"
+
+namespace morvane {
+
+class product_receipt {
+ public:
+  // Looks at the product's directory as it is before make.
+  explicit product_receipt(const planned_product& product);
+
+  // Looks at it once more, and keeps the receipt, beside the product and in `registry`. Returns
+  // what went wrong; empty where nothing did.
+  std::string keep(const std::string& registry) const;
+
+ private:
+  using tree_state = std::map<std::string, file_status>;
+
+  tree_state look() const;
+  std::set<std::string> empty_directories() const;
+  receipt head() const;
+  void add_entries(receipt& made, const tree_state& after) const;
+  bool add_earlier(receipt& made, const std::string& registry) const;
+
+  const planned_product& product_;
+  descriptor directory_;
+  std::set<std::string> own_;  // paths that archive and configurator fill
+  tree_state before_;
+  std::set<std::string> empty_before_;
+  std::uint64_t began_ = 0;
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_INSTALL_PRODUCT_RECEIPT_H

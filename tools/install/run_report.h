@@ -1,0 +1,36 @@
+// What the operator sees of an installation while it runs, and of what came of it.
+#ifndef MORVANE_INSTALL_RUN_REPORT_H
+#define MORVANE_INSTALL_RUN_REPORT_H
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+#include "install/installation.h"
+#include "install/plan.h"
+
+namespace morvane {
+
+class run_report {
+ public:
+  // Progress goes to `progress`, what failed to standard error.
+  run_report(const install_plan& plan, std::FILE* progress);
+
+  void begins(std::size_t product);
+  void ended(std::size_t product, const product_result& result);
+  void finish(const installation_result& result);
+
+ private:
+  std::string id(std::size_t product) const;
+  void clear_line();
+
+  const install_plan& plan_;
+  std::FILE* progress_;
+  bool on_terminal_;
+  std::size_t begun_ = 0;
+  std::size_t installed_ = 0;
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_INSTALL_RUN_REPORT_H
