@@ -42,11 +42,19 @@ make <answers >"$work/output" 2>&1 || {
 opt/kelstone/bin/kelstone put store key value
 test "$(opt/kelstone/bin/kelstone get store key)" = value
 
+# The registry of the host is left alone.
+mkdir "$work/bin"
+if [ -x "$prefix/bin/morvane-install" ]; then
+	printf '#!/bin/sh\nexec "%s" --registry="%s" "$@"\n' "$prefix/bin/morvane-install" \
+		"$work/registry" >"$work/bin/morvane-install"
+	chmod +x "$work/bin/morvane-install"
+fi
+
 # Configured again in its own directory, where the program is the one on the PATH.
 cd opt/kelstone
 rm bin/kelstone
 "$scripts/answers" again "$work/dist" >"$work/answers"
-PATH=$prefix/bin:$PATH make <"$work/answers" >"$work/output" 2>&1 || {
+PATH=$work/bin:$prefix/bin:$PATH make <"$work/answers" >"$work/output" 2>&1 || {
 	cat "$work/output"
 	exit 1
 }

@@ -49,11 +49,33 @@ says "morvane: no program for this host: neither ./$own nor a morvane on the PAT
 says "morvane: Install the package morvane, or copy $own here from the distribution;\
  then type make again."
 rm bin/kelstone
-(
-	PATH=$build:$PATH
-	play again
-)
+mkdir "$work/bin"
+ln -s "$build/morvane" "$work/bin"
+without_morvane=$PATH
+PATH=$work/bin:$PATH
+play again
 test -x bin/kelstone || fail "kelstone was not compiled again"
+
+# Where morvane-install is on the PATH, it does what was configured. The host's registry is left alone.
+if [ -x "$build/morvane-install" ]; then
+	printf '#!/bin/sh\nexec "%s" --registry="%s" "$@"\n' "$build/morvane-install" "$work/registry" \
+		>"$work/bin/morvane-install"
+	chmod +x "$work/bin/morvane-install"
+	rm bin/kelstone
+	play again
+	says "kelstone: installed, 1 of 1"
+	test -x bin/kelstone || fail "kelstone was not compiled by morvane-install"
+	mv src/kelstone.c "$work"
+	rm bin/kelstone
+	"$project/scripts/answers" again "$work/dist" >"$work/answers"
+	if "$make" <"$work/answers" >"$work/output" 2>&1; then fail "it compiled what is not there"; fi
+	says "morvane-install: the installation is not complete; to continue it, type:\
+ morvane-install -C $store"
+	mv "$work/kelstone.c" src
+	morvane-install >"$work/output" 2>&1 || fail "morvane-install could not continue"
+	test -x bin/kelstone || fail "kelstone was not compiled when it was continued"
+fi
+PATH=$without_morvane
 
 # A copied program does, too, for another release as well; one that does not run here is left alone.
 cp "$build/morvane" "$own"

@@ -53,7 +53,9 @@ class InstallTest(unittest.TestCase):
         it from doing more."""
         before = tree(self.root, receipts=True)
         done = self.made.install("--format=json", *arguments, **options)
-        self.assertEqual((done.returncode, done.stderr), (3, ""), done.stdout)
+        self.assertEqual((done.returncode, done.stderr), (
+            3, "morvane-install: nothing was installed; when what blocks is mended, type: "
+            f"morvane-install -C {self.made.dist}\n"), done.stdout)
         self.assertEqual(tree(self.root, receipts=True), before)
         plan = json.loads(done.stdout)
         self.assertTrue(plan["blocked"])

@@ -98,7 +98,7 @@ class install_command {
     install_plan plan = plan_installation(*makefile);
     check_kept(plan);
     const bool shown = print_plan(plan);
-    if (plan.is_blocked()) return exit_status::REFUSED;
+    if (plan.is_blocked()) return refuse();
     if (options_.plan_only) return shown ? exit_status::GOOD : exit_status::WRONG_USE;
     return install(plan);
   }
@@ -141,6 +141,14 @@ class install_command {
         std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
     if (!written) complain(described_, std::string("standard output: ") + std::strerror(errno));
     return written;
+  }
+
+  exit_status refuse() const {
+    if (!options_.plan_only) {
+      complain(described_, "nothing was installed; when what blocks is mended, type: " +
+                               command_to_continue());
+    }
+    return exit_status::REFUSED;
   }
 
   exit_status install(const install_plan& plan) const {

@@ -17,6 +17,11 @@ constexpr const char* COMMAND = "morvane-install";
 
 }  // namespace
 
+std::string command_to_continue() {
+  std::error_code error;
+  return std::string(COMMAND) + " -C " + quote(std::filesystem::current_path(error).native());
+}
+
 run_report::run_report(const install_plan& plan, std::FILE* progress)
     : plan_(plan), progress_(progress), on_terminal_(isatty(fileno(progress)) != 0) {}
 
@@ -72,10 +77,8 @@ void run_report::finish(const installation_result& result) {
   }
   if (!not_begun.empty()) std::fprintf(stderr, "%s: not begun:%s\n", COMMAND, not_begun.c_str());
   if (!unfinished && not_begun.empty()) return;
-  std::error_code error;
-  const std::string here = std::filesystem::current_path(error).native();
-  std::fprintf(stderr, "%s: the installation is not complete; to continue it, type: %s -C %s\n",
-               COMMAND, COMMAND, quote(here).c_str());
+  std::fprintf(stderr, "%s: the installation is not complete; to continue it, type: %s\n", COMMAND,
+               command_to_continue().c_str());
 }
 
 std::string run_report::id(std::size_t product) const {

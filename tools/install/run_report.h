@@ -11,6 +11,9 @@
 
 namespace morvane {
 
+// Returns the command that goes on with the installation in the current directory.
+std::string command_to_continue();
+
 class run_report {
  public:
   // Progress goes to `progress`, what failed to standard error.
