@@ -38,13 +38,15 @@ morvane configures the installation of a software distribution.
 The package holds commands for those who make distributions and for operators
 of many hosts: morvane-make-distribution puts a distribution together,
 morvane-lint finds what is wrong in it before an operator does, morvane-graph
-draws which product needs which, and morvane-answers gives the same answers on
-the next host, as a collection for Ansible does on many.")
+draws which product needs which, morvane-answers gives the same answers on the
+next host, as a collection for Ansible does on many, morvane-install shows what
+an installation will do and does it, morvane-verify finds what was changed
+since, and morvane-remove takes a product away.")
 # They read the messages of the program, and say the version of it that they are made with.
 set(CPACK_COMPONENT_TOOLS_DEPENDS program)
-# morvane-make-distribution is written in Python, morvane-graph draws with Graphviz, and morvane-lint
-# compares with what tar lists, which every Debian has.
-set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "python3, graphviz, tar (>= 1.16)")
+# morvane-make-distribution is written in Python, morvane-graph draws with Graphviz, morvane-install
+# runs make, and morvane-lint compares with what tar lists, which every Debian has.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "python3, graphviz, make | bmake, tar (>= 1.16)")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS ansible-core)
 # Earlier morvane-make-distribution was in the other package.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_REPLACES "morvane (<= 1.20-1)")
