@@ -122,7 +122,7 @@ nothing blocks
         again = self.root / "again"
         again.write_text(f"morvane answers 1\nproducts =\nreconfigure = base\n"
                          f"[installed base]\naccess = no\ngroup = {GROUP}\n"
-                         + f"owner = {USER}\n" * ROOT)
+                         f"owner = {USER}\n")
         shutil.copy(self.made.build / "morvane.rsc", self.base)
         done = subprocess.run([BUILD / "tests/morvane_answers_without_pauses", "-C", self.base,
                                "play", again], capture_output=True, text=True, check=False,

@@ -47,9 +47,8 @@ class Distribution:
             (self.dist / f"{identifier}.descr").write_text(
                 f"Name = {identifier}\nVersion = 1.0\n{targets}{text}")
         self.identifiers.append(identifier)
-        lines = [f"[{identifier}]", f"directory = {directory}"]
-        lines += [f"owner = {owner}"] * (os.geteuid() == 0)
-        lines += [f"group = {group}", f"access = {access}"]
+        lines = [f"[{identifier}]", f"directory = {directory}", f"owner = {owner}",
+                 f"group = {group}", f"access = {access}"]
         self.answers += [*lines, *answers, ""]
         return directory
 
