@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "support/child.h"
 
@@ -113,6 +114,18 @@ TEST_F(ArchiveReader, NoticesWhereAnArchiveIsCutOff) {
   std::filesystem::resize_file("x.tar", 2 * 512);
   EXPECT_TRUE(read().fault == archive_fault::NO_END || read().fault == archive_fault::NOT_READABLE);
   EXPECT_EQ(read().members.size(), 1U);
+}
+
+TEST_F(ArchiveReader, TakesADamagedHeadForTheEnd) {
+  add(AE_IFREG, "first");
+  add(AE_IFREG, "second");
+  add(AE_IFREG, "third");
+  EXPECT_FALSE(read().fault);
+  std::fstream("x.tar", std::ios::in | std::ios::out).seekp(512) << std::string(512, 'x');
+  const archive_content content = read();
+  EXPECT_EQ(content.fault, archive_fault::NOT_READABLE);
+  ASSERT_EQ(content.members.size(), 1U);
+  EXPECT_EQ(content.members[0].name, "first");
 }
 
 TEST(PartsOfName, AreWhatStandsBetweenSlashesButForFullStops) {

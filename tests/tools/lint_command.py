@@ -236,6 +236,11 @@ class Samples(LintTest):
             done = run(f"--translation={file}", str(file))
             self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
 
+    def test_commands_in_messages_are_read_wherever_the_path_leads(self):
+        done = subprocess.run([LINT, BUILD / "morvane.rsc"], env={"PATH": "/missing"},
+                              capture_output=True, text=True, timeout=60, check=False)
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
     def test_descriptions_that_fuzzing_made_end_in_findings(self):
         corpus = [path for name in ("seeds", "found")
                   for path in sorted((PROJECT / "fuzz" / name / "description").glob("*"))]
