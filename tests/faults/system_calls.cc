@@ -75,6 +75,7 @@ constexpr call CALLS[] = {
     {"access", SYS_faccessat, PATH_BEHIND_DIRECTORY},
     {"access", SYS_faccessat2, PATH_BEHIND_DIRECTORY},
     {"unlink", SYS_unlinkat, PATH_BEHIND_DIRECTORY},
+    {"rename", SYS_renameat, PATH_BEHIND_DIRECTORY},
     {"mkdir", SYS_mkdirat, PATH_BEHIND_DIRECTORY},
     {"change", SYS_fchmodat, PATH_BEHIND_DIRECTORY},
     {"change", SYS_fchmod, DESCRIPTOR},

@@ -54,6 +54,7 @@ class Product:
         self.entries, self.access, self.parts = entries, access, parts or {}
         self.owner = owner or OWNERS[-1]
         self.asks_directory = True  # its patch, which comes first, tells it
+        self.more_answers = ""
         if self.parts:
             rules = "".join(f"{part}:\n\t{commands}\n" for part, commands in self.parts.items())
             self.members.setdefault("install", Member(mode=0o755))
@@ -73,7 +74,7 @@ class Product:
         directory = f"directory = {self.directory}\ncreate-directory = yes\n"
         return (f"[{self.identifier}]\n{directory if self.asks_directory else ''}"
                 f"owner = {self.owner[0]}\ngroup = {self.owner[1]}\n"
-                f"access = {'yes' if self.access else 'no'}\n")
+                f"access = {'yes' if self.access else 'no'}\n{self.more_answers}")
 
 
 class Host:

@@ -102,9 +102,10 @@ def lay_before(rng, made):
         if rng.random() < 0.3:
             pathlib.Path(product.directory).mkdir(parents=True, exist_ok=True)
             (pathlib.Path(product.directory) / "before").write_text("not of the product")
-            common = product.members.get("n1")
-            if common is None or (common.content is None and not common.link
-                                  and not common.hard_link):
+            common = [other.members["n1"] for other in made
+                      if other.directory == product.directory and "n1" in other.members]
+            if all(member.content is None and not member.link and not member.hard_link
+                   for member in common):
                 (pathlib.Path(product.directory) / "n1").mkdir(exist_ok=True)
                 (pathlib.Path(product.directory) / "n1/before").write_text("neither")
 

@@ -76,9 +76,12 @@ void select_identifier(selection& selected, const receipt_store& store, const st
 receipt_store load_receipts(const std::string& registry, const std::vector<std::string>& operands) {
   receipt_store store;
   if (!add_registered(store, registry)) {
-    store.faults.push_back(
-        registry + ": " +
-        (errno == EPERM ? "others than the superuser and you can write it" : std::strerror(errno)));
+    if (errno == EPERM) {
+      store.faults.push_back(registry + ": others than the superuser and you can write it");
+      store.complete = false;
+    } else {
+      note_unread(store, registry);
+    }
   }
   std::set<std::string> directories;
   for (const stored_receipt& stored : store.receipts) directories.insert(stored.content.directory);

@@ -90,9 +90,14 @@ std::optional<stored_receipt> load(receipt_store& store, const descriptor& direc
   const descriptor file = open_file_below(directory, name);
   const auto status = file.is_open() ? status_of(file) : std::nullopt;
   const auto text = status ? content_of(file, *status) : std::nullopt;
-  if (!text) return fail(std::strerror(errno));
+  if (!text) {
+    note_unread(store, shown);
+    return std::nullopt;
+  }
   auto reading = read_receipt(*text);
   if (const auto* fault = std::get_if<receipt_fault>(&reading)) {
+    // Where only the superuser writes, it is no mischief of another user.
+    if (is_trusted(*status)) store.complete = false;
     return fail("line " + std::to_string(fault->line) + ": " + fault->text);
   }
   stored_receipt stored;
@@ -168,6 +173,11 @@ int unlink_in(const descriptor& directory, const std::string& name) {
 
 }  // namespace
 
+void note_unread(receipt_store& store, const std::string& file) {
+  store.faults.push_back(file + ": " + std::strerror(errno));
+  if (errno != EACCES || geteuid() == 0) store.complete = false;
+}
+
 bool add_registered(receipt_store& store, const std::string& registry) {
   const descriptor directory = open_registry(registry);
   if (!directory.is_open()) return errno == ENOENT;
@@ -176,13 +186,12 @@ bool add_registered(receipt_store& store, const std::string& registry) {
   for (const std::string& name : *names) {
     const std::string shown = registry + "/" + name;
     auto stored = load(store, directory, name, shown);
-    if (!stored) continue;
-    stored->registered = true;
-    if (name_in_registry(stored->content) == name) {
+    if (stored && name_in_registry(stored->content) == name) {
+      stored->registered = true;
       add(store, std::move(*stored));
-    } else {
-      store.faults.push_back(shown + ": its name does not fit what it holds");
+      continue;
     }
+    if (stored) store.faults.push_back(shown + ": its name does not fit what it holds");
   }
   return true;
 }

@@ -28,7 +28,12 @@ struct stored_receipt {
 struct receipt_store {
   std::vector<stored_receipt> receipts;  // each product in its directory once
   std::vector<std::string> faults;       // of files that cannot be taken: "FILE: WHY"
+  bool complete = true;                  // all was read that the one who runs the command may read
 };
+
+// Notes that something could not be read, as `errno` tells. What an ordinary user may not read is
+// nothing that is missing.
+void note_unread(receipt_store& store, const std::string& file);
 
 // Adds the receipts of the registry, which need not be there. Returns false, with `errno` telling
 // why, where it cannot be read; errno is EPERM where others than the superuser and who runs the

@@ -1,6 +1,7 @@
 #include "remove/dependents.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -59,15 +60,23 @@ std::string shown(const receipt& product) {
 
 void add_settings_in(receipt_store& store, const std::string& directory) {
   const descriptor product = open_directory(directory);
+  const descriptor install =
+      product.is_open() ? open_below(product, INSTALL_DIRECTORY) : descriptor();
+  const auto names = install.is_open() ? names_in(install) : std::nullopt;
   const auto normal = normal_path(directory);
-  if (!product.is_open() || !normal) return;
-  const descriptor install = open_below(product, INSTALL_DIRECTORY);
-  if (!install.is_open()) return;
-  for (const std::string& name : names_in(install).value_or(std::vector<std::string>())) {
+  if (!names || !normal) {
+    if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) note_unread(store, directory);
+    return;
+  }
+  for (const std::string& name : *names) {
     if (!name.ends_with(SETTINGS_ENDING)) continue;
     const std::string id = name.substr(0, name.size() - SETTINGS_ENDING.size());
+    if (id.empty() || is_known(store, id, *normal)) continue;
     const auto text = settings_text(install, name);
-    if (id.empty() || !text || is_known(store, id, *normal)) continue;
+    if (!text) {
+      note_unread(store, directory + "/" + std::string(INSTALL_DIRECTORY) + "/" + name);
+      continue;
+    }
     const product_settings settings = read_settings(*text);
     stored_receipt told;
     told.content.id = id;
@@ -88,7 +97,11 @@ bool add_products_below(receipt_store& store, const std::string& directory) {
   std::vector<std::string> places = {directory};
   for (const std::string& name : *names) places.push_back(directory + "/" + name);
   for (const std::string& place : places) {
-    if (add_beside(store, place)) add_settings_in(store, place);
+    if (add_beside(store, place)) {
+      add_settings_in(store, place);
+    } else if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
+      note_unread(store, place);
+    }
   }
   return true;
 }

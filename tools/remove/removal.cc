@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 #include "installed/claims.h"
@@ -33,6 +35,12 @@ class planner {
     std::vector<const receipt_entry*> entries;
     for (const receipt_entry& entry : receipt_.entries) entries.push_back(&entry);
     const descriptor directory = open_directory(receipt_.directory);
+    if (!directory.is_open()) {
+      if (errno != ENOENT && errno != ENOTDIR) {
+        planned_.faults.push_back(receipt_.directory + ": " + std::strerror(errno));
+      }
+      return std::move(planned_);
+    }
     std::vector<found_path> found = look_at_entries(directory, entries);
     for (std::size_t i = entries.size(); i-- > 0;) {  // what lies below a directory comes before it
       planned_path path;
@@ -45,9 +53,10 @@ class planner {
   }
 
  private:
-  void decide(planned_path& path) const {
+  void decide(planned_path& path) {
     const receipt_entry& entry = *path.entry;
     const difference differs = compare(entry, path.found);
+    if (differs.unknown) planned_.faults.push_back(entry.path + ": " + words_of(entry, path.found));
     if (differs.missing || is_up_to_another(entry)) return;
     if (const receipt* other = who_else_has(entry)) {
       path.deed = deed::LEAVE;

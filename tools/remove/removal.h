@@ -30,9 +30,10 @@ struct planned_path {
 struct removal {
   const stored_receipt* product = nullptr;
   std::vector<planned_path> paths;  // those below a directory before it
+  std::vector<std::string> faults;  // what cannot be looked at: then nothing is to be done
 };
 
-// Tells whether two of the products are the same one.
+// Products, by the addresses of their receipts.
 using product_set = std::set<const receipt*>;
 
 // Returns what the removal of `product` does while those of `removed`, of which it is one, are

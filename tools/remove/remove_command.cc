@@ -66,7 +66,14 @@ class remove_run {
   exit_status run(const std::vector<std::string>& operands) {
     if (!load(operands)) return exit_status::WRONG_USE;
     if (is_refused()) return exit_status::REFUSED;
+    make_plans();
+    if (is_unclear()) return exit_status::REFUSED;
     const bool all_goes = show_plans();
+    if (std::fflush(stdout) != 0) {
+      complain(described_,
+               std::string("what is to be done cannot be told: ") + std::strerror(errno));
+      return exit_status::REFUSED;
+    }
     if (options_.plan) return all_goes ? exit_status::GOOD : exit_status::FINDINGS;
     if (!options_.yes && !operator_agrees()) return exit_status::REFUSED;
     return act(all_goes);
@@ -87,6 +94,7 @@ class remove_run {
     for (const std::string& directory : directories) add_settings_in(store_, directory);
     for (const std::string& fault : store_.faults) complain(described_, printable(fault));
 
+    if (!store_.complete) return false;
     const selection selected = select_products(store_, operands);
     for (const std::string& fault : selected.faults) complain(described_, fault);
     products_ = in_order(selected.products);
@@ -114,13 +122,30 @@ class remove_run {
     return refused;
   }
 
-  // Returns whether all of the products goes.
-  bool show_plans() {
-    bool all_goes = true;
+  void make_plans() {
     for (const stored_receipt* product : products_) {
       plans_.push_back(plan_removal(store_, *product, removed_));
-      std::fputs(text_of(plans_.back()).c_str(), stdout);
-      all_goes = all_goes && std::ranges::all_of(plans_.back().paths, [](const planned_path& path) {
+    }
+  }
+
+  bool is_unclear() const {
+    bool unclear = false;
+    for (const removal& planned : plans_) {
+      for (const std::string& fault : planned.faults) {
+        complain(described_, printable(planned.product->content.id + ": " + fault));
+        unclear = true;
+      }
+    }
+    if (unclear) complain(described_, "nothing was removed");
+    return unclear;
+  }
+
+  // Returns whether all of the products goes.
+  bool show_plans() const {
+    bool all_goes = true;
+    for (const removal& planned : plans_) {
+      std::fputs(text_of(planned).c_str(), stdout);
+      all_goes = all_goes && std::ranges::all_of(planned.paths, [](const planned_path& path) {
                    return path.why.empty();
                  });
     }
@@ -160,7 +185,9 @@ class remove_run {
         return exit_status::FAILED;
       }
     }
-    return status;
+    if (std::fflush(stdout) == 0) return status;
+    complain(described_, std::string("what was done cannot be told: ") + std::strerror(errno));
+    return exit_status::FAILED;
   }
 
   const command& described_;

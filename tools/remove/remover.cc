@@ -103,15 +103,19 @@ class remover {
     }
     name_ = place.name;
     if (directory_.is_open()) return true;
-    if (errno != ENOENT) done_.remarks.push_back("keeps " + with_reason(path, errno));
     above_.reset();
+    if (errno == ENOTDIR || errno == ELOOP) {
+      done_.remarks.push_back("keeps " + with_reason(path, errno));
+    } else if (errno != ENOENT) {
+      done_.faults.push_back(with_reason(path, errno));
+    }
     return false;
   }
 
   void remove_file(const planned_path& path) {
-    const auto now = look_at(directory_, name_);
-    if (!now && errno == ENOENT) return;
-    if (!is_as_planned(path, now)) {
+    const auto now = look();
+    if (!now) return;
+    if (!is_as_planned(path, *now)) {
       done_.remarks.push_back("keeps " + path.entry->path + ": it was changed just now");
     } else if (unlinkat(directory_.number(), name_.c_str(), 0) == 0) {
       done_.removed.push_back(path.entry);
@@ -120,10 +124,17 @@ class remover {
     }
   }
 
+  // Returns what lies at the path that was entered; nothing where it is gone, or after a fault.
+  std::optional<file_status> look() {
+    auto now = look_at(directory_, name_);
+    if (!now && errno != ENOENT) done_.faults.push_back(with_reason(name_, errno));
+    return now;
+  }
+
   // A hard link that was removed just now has changed the others: then the content tells.
-  bool is_as_planned(const planned_path& path, const std::optional<file_status>& now) const {
-    if (!now || now == path.found.status) return now.has_value();
-    file_status status = *now;
+  bool is_as_planned(const planned_path& path, const file_status& now) const {
+    if (now == path.found.status) return true;
+    file_status status = now;
     status.changed = path.found.status->changed;
     if (status != *path.found.status || status.kind != file_kind::FILE) return false;
     const descriptor file = open_file_below(directory_, name_);
@@ -132,10 +143,10 @@ class remover {
   }
 
   void remove_directory(const planned_path& path) {
-    const auto now = look_at(directory_, name_);
-    if (!now && errno == ENOENT) return;
+    const auto now = look();
+    if (!now) return;
     const file_status& looked_at = *path.found.status;
-    if (!now || now->device != looked_at.device || now->inode != looked_at.inode) {
+    if (now->device != looked_at.device || now->inode != looked_at.inode) {
       done_.remarks.push_back("keeps " + path.entry->path + ": it was changed just now");
     } else if (unlinkat(directory_.number(), name_.c_str(), AT_REMOVEDIR) == 0) {
       done_.removed.push_back(path.entry);
@@ -149,6 +160,7 @@ class remover {
   // What else lies in a directory that cannot be removed; what stays of the product was told of.
   void tell_what_is_in(const receipt_entry& entry) {
     const auto names = names_in(open_below(product_, entry.path));
+    if (!names) done_.faults.push_back(with_reason(entry.path, errno));
     for (const std::string& name : names.value_or(std::vector<std::string>())) {
       receipt_entry below;
       below.path = entry.path == "." ? name : entry.path + "/" + name;
@@ -174,7 +186,8 @@ class remover {
       if (&stored == planned_.product || !stored.trusted || stored.file.empty()) continue;
       if (!hand_on_to(stored.content)) continue;
       receipt kept = stored.content;
-      const int error = keep_receipt(kept, registry_).beside;
+      const receipt_places places = keep_receipt(kept, registry_);
+      const int error = places.beside != 0 || !stored.registered ? places.beside : places.registry;
       if (error != 0) done_.faults.push_back("the receipt of " + with_reason(kept.id, error));
     }
   }

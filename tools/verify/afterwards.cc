@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <optional>
 #include <set>
@@ -82,6 +83,7 @@ class maker {
     add_directories_above();
     add_configurators_files();
     note_times();
+    if (unread_) return "a file that is copied to it cannot be read";
     for (auto& [path, entry] : entries_) made_.entries.push_back(std::move(entry));
     return std::move(made_);
   }
@@ -94,6 +96,7 @@ class maker {
     directory_ = open_directory(made_.directory);
     if (!directory_.is_open()) return "its directory " + facts_.path + " is not there";
     walked_ = walk(directory_);
+    if (!walked_.faults.empty()) return "its directory " + facts_.path + " cannot be read in full";
     for (const tree_file& file : walked_.files) found_.emplace(file.path, &file.status);
     made_.name = facts_.shown_name;
     made_.owner = facts_.owner;
@@ -231,7 +234,11 @@ class maker {
 
   void add_copy(const std::string& copied, const std::string& path, entry_origin origin) {
     const std::optional<std::string> content = file_content(copied);
-    if (content) add_file(path, *content, origin);
+    if (content) {
+      add_file(path, *content, origin);
+    } else if (errno != ENOENT) {
+      unread_ = true;
+    }
   }
 
   void add_prepared_makefile() {
@@ -274,6 +281,7 @@ class maker {
   std::map<std::string, const file_status*> found_;
   std::map<std::string, receipt_entry> entries_;
   std::optional<std::string> product_makefile_;
+  bool unread_ = false;  // a file of the distribution
 };
 
 }  // namespace

@@ -29,11 +29,13 @@ class surveyor {
 
   void survey() {
     if (!directory_.is_open()) return;
-    for (const tree_file& file : walk(directory_).files) {
+    const walked_tree tree = walk(directory_);
+    for (const tree_file& file : tree.files) {
       if (!is_known(file.path)) take(file);
     }
     for (receipt_entry& entry : made_.entries) {
-      if (entry.kind != file_kind::DIRECTORY || strange_.contains(entry.path)) continue;
+      const bool is_clear = tree.faults.empty() && !strange_.contains(entry.path);
+      if (entry.kind != file_kind::DIRECTORY || !is_clear) continue;
       entry.before = entry.path == "." ? before::EMPTY : before::NOTHING;
     }
     made_.entries.insert(made_.entries.end(), perhaps_.begin(), perhaps_.end());
