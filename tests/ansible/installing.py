@@ -150,6 +150,15 @@ class Installing(ModuleTest):
         self.products = self.products[1:]
         self.expect(self.install(), False, {"base": "unchanged"}, [])
 
+    def test_names_may_be_in_any_encoding(self):
+        self.products[1]["directory"] = f"{self.root}/opt/Bücher"
+        for name in ("Bücher".encode(), "Bücher".encode("latin-1")):
+            (self.dist / "base.descr").write_bytes(b"Name = Base\nFullName = \"" + name + b"\"\nVersion = 1.3\n"
+                                                   b"Category = STORE\nType = plain\nTarget = program\n")
+            self.expect(self.install(_ansible_diff=True), True, self.BOTH, self.MADE)
+            self.assertIn(name, self.installed("app/install/app.dat").read_bytes())
+            self.expect(self.install(), False, self.NEITHER, [])
+
     def test_the_distribution_is_only_read(self):
         (self.dist / "base.dat").write_text("from another run")
         (self.dist / "install.mk").write_text("from another run")

@@ -127,6 +127,19 @@ def as_picture(screen):
     return "\n".join(picture + ["</g>", "</svg>", ""])
 
 
+def is_shown(name, screen, accepting):
+    """Compares a session with its text and its picture, or writes them. Returns whether they are the same."""
+    same = True
+    for path, shown in ((SHOWN / f"{name}.txt", as_text(screen)),
+                        (SHOWN / f"{name}.svg", as_picture(screen))):
+        if accepting:
+            path.write_text(shown)
+        elif path.read_text() != shown:
+            run_case.show_difference(path.name, path.read_bytes(), shown.encode())
+            same = False
+    return same
+
+
 def main():
     arguments = sys.argv[1:]
     accepting = arguments[:1] == ["--accept"]
@@ -145,15 +158,7 @@ def main():
     for name, commands in ({} if left_out else COMMANDS).items():
         with sample_distribution(build) as distribution:
             screens[name] = run_commands(build, distribution, commands)
-    same = True
-    for name, screen in screens.items():
-        for path, shown in ((SHOWN / f"{name}.txt", as_text(screen)),
-                            (SHOWN / f"{name}.svg", as_picture(screen))):
-            if accepting:
-                path.write_text(shown)
-            elif path.read_text() != shown:
-                run_case.show_difference(path.name, path.read_bytes(), shown.encode())
-                same = False
+    same = all([is_shown(name, screen, accepting) for name, screen in screens.items()])
     if same and left_out:
         print("skipped: the commands beside the program were not built")
         sys.exit(run_case.SKIPPED)

@@ -24,7 +24,7 @@ PROJECT = pathlib.Path(__file__).resolve().parents[2]
 TUTORIAL = PROJECT / "docs/first-distribution.md"
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 SKIPPED = 77
-TIMEOUT = 120
+TIMEOUT = 300
 
 
 def typed(answers):
@@ -46,6 +46,8 @@ def run(commands, answers, work, environment):
 
 
 def follow(tutorial, work, environment):
+    """Types the blocks of a tutorial. Returns what it typed, block by block, with what came of it."""
+    session = []
     blocks = BLOCK.findall(tutorial.read_text())
     for number, (kind, commands) in enumerate(blocks):
         if kind != "sh":
@@ -54,12 +56,14 @@ def follow(tutorial, work, environment):
             sys.exit(f"{commands}\nholds a tab")
         following = dict(blocks[number + 1:number + 2])
         printed = run(commands, typed(following.get("answers", "")), work, environment)
+        session.append((commands, printed))
         wanted = following.get("output")
         if wanted is not None and printed != wanted:
             sys.exit(f"{commands}\nprinted\n{printed}\ninstead of\n{wanted}")
         for line in following.get("lines", "").splitlines():
             if line not in re.sub(" +", " ", printed):
                 sys.exit(f"{commands}\nprinted\n{printed}\nwithout\n{line}")
+    return session
 
 
 def main():

@@ -254,6 +254,20 @@ PARTED = 4
 LAST_LINES = 30
 
 
+def real_text(said):
+    """Returns what the command said with its bytes as this host reads them.
+
+    It writes each byte beyond ASCII as the character of that number, whatever encoding it is of.
+    """
+    if isinstance(said, dict):
+        return {key: real_text(value) for key, value in said.items()}
+    if isinstance(said, list):
+        return [real_text(value) for value in said]
+    if isinstance(said, str):
+        return said.encode("latin-1").decode("utf-8", "surrogateescape")
+    return said
+
+
 def reason(finding, lines):
     """Returns what is wrong with one answer, or with one of the lines of the answer file."""
     text = finding["text"]
@@ -315,7 +329,7 @@ class Installation:
             arguments + [self.answers], expand_user_and_vars=False)
         if status not in (0, REFUSED, PARTED):
             self.module.fail_json(msg="morvane-answers ended with status %d: %s" % (status, errors.strip()))
-        said = json.loads(output)
+        said = real_text(json.loads(output))
         if status != 0:
             self.refuse(status, said)
         self.note(said)
