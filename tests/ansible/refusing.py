@@ -43,6 +43,15 @@ class Refusing(ModuleTest):
         self.products[0]["parts"]["pages"] = "perhaps"
         self.assertIn("[app] part.pages: ", self.install()["msg"])
 
+    def test_what_no_question_takes_is_left_over_by_its_name(self):
+        self.products[0].update(keep_without_tools=True, patches={"0": "base"})
+        self.products[0]["needs"][0]["type"] = "plain"
+        result = self.install(go_on_all_the_same=True, go_on_without_tools=True, links_file="/x")
+        self.assertEqual({(each["trouble"], each["section"], each["name"]) for each in result["findings"]},
+                         {("left over", "", "go-on-all-the-same"), ("left over", "", "go-on-without-tools"),
+                          ("left over", "", "links-file"), ("left over", "app", "keep-without-tools"),
+                          ("left over", "app", "patch.0"), ("left over", "app", "type.program.STORE")})
+
     def test_a_product_that_is_not_offered_is_refused(self):
         self.products[1]["id"] = "bsae"
         self.assertIn("bsae", self.install()["msg"])
