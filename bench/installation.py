@@ -1,4 +1,5 @@
-"""Installing 50 small products by what morvane wrote, against dpkg and the same files."""
+"""Installing 50 small products by what morvane wrote, with make and with morvane-install, against dpkg
+and the same files."""
 
 import shutil
 import subprocess
@@ -62,6 +63,11 @@ def measure(build, scratch):
         configure()
         return checked(start(MAKE, root / "dist"), root / "opt")
 
+    def install_planned(jobs, start=run):
+        configure()
+        command = [build / "morvane-install", f"--registry={root}/registry", f"--jobs={jobs}"]
+        return checked(start(command, root / "dist"), root / "opt")
+
     def install_packages(safety, start=run):
         empty_host(host)
         return checked(start(dpkg(safety), root), host / "opt")
@@ -69,6 +75,8 @@ def measure(build, scratch):
     subjects = {
         "morvane": configure,
         "make -f install.mk": install,
+        "morvane-install": lambda start=run: install_planned(1, start),
+        "morvane-install --jobs=2": lambda start=run: install_planned(2, start),
         "dpkg, not synchronising": lambda start=run: install_packages("--force-unsafe-io", start),
         "dpkg": lambda start=run: install_packages("--no-force-unsafe-io", start),
     }

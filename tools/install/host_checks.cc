@@ -129,21 +129,28 @@ void check_owner(const product_facts& facts, std::vector<plan_finding>& findings
 }
 
 void check_rule_files(const product_facts& facts, std::vector<plan_finding>& findings) {
-  std::vector<string> rules;
+  std::vector<string> steps;
   for (const std::string_view rule : PRODUCT_RULES) {
-    if (!rule.starts_with('.')) rules.push_back(facts.id + string(rule));
+    if (!rule.starts_with('.')) steps.push_back(facts.id + string(rule));
   }
-  for (const string& target : facts.targets) rules.push_back(facts.id + "-" + target);
-  for (const string& rule : rules) {
+  for (const string& target : facts.targets) steps.push_back(facts.id + "-" + target);
+  // Rules without commands are made of sources of their names.
+  for (const std::string_view ending : SOURCE_ENDINGS) {
+    for (const char* rule : {"", "-new"}) steps.push_back(facts.id + rule + string(ending));
+  }
+  for (const string& step : steps) {
     struct stat status;
-    if (lstat(rule.c_str(), &status) != 0) continue;
+    if (lstat(step.c_str(), &status) != 0) continue;
     find(findings, severity::ERROR, "file-like-rule", facts,
-         "make takes the step of this name for done: remove " + quoted(rule));
+         "make takes " + quoted(step) + " for a step, or for the source of one: remove it");
   }
-  if (holds_special_characters(facts.id)) {
-    find(findings, severity::ERROR, "identifier-characters", facts,
-         "the identifier cannot name rules: rename the archive, and configure again");
-  }
+}
+
+void check_identifier(const product_facts& facts, std::vector<plan_finding>& findings) {
+  const bool is_own_rule = std::ranges::find(OWN_RULES, facts.id) != OWN_RULES.end();
+  if (!is_own_rule && !facts.id.starts_with('-') && !holds_special_characters(facts.id)) return;
+  find(findings, severity::ERROR, "identifier-characters", facts,
+       "the identifier cannot name rules: rename the archive, and configure again");
 }
 
 }  // namespace morvane

@@ -23,8 +23,10 @@ void check_tools(const std::vector<std::string>& tools, std::vector<plan_finding
 bool check_directory(const product_facts& facts, std::vector<plan_finding>& findings);
 void check_owner(const product_facts& facts, std::vector<plan_finding>& findings);
 
-// Adds the files in the current directory that make takes for steps of a product, as done.
+// Adds the files in the current directory that make takes for steps of a product, as done, or for
+// their sources; and an identifier that cannot name rules.
 void check_rule_files(const product_facts& facts, std::vector<plan_finding>& findings);
+void check_identifier(const product_facts& facts, std::vector<plan_finding>& findings);
 
 }  // namespace morvane
 

@@ -122,16 +122,18 @@ class install_command {
     return std::nullopt;
   }
 
-  // Copies of an earlier run are not written over.
+  // Copies of an earlier run are not written over, nor those that others can lead elsewhere.
   void check_kept(install_plan& plan) const {
     const std::string& kept = options_.installation.kept;
+    struct stat status;
+    if (kept.empty() || (lstat(kept.c_str(), &status) != 0 && errno == ENOENT)) return;
     std::error_code error;
-    if (kept.empty() || !std::filesystem::exists(kept, error)) return;
-    if (std::filesystem::is_directory(kept, error) && std::filesystem::is_empty(kept, error))
-      return;
-    plan.findings.push_back(
-        {severity::ERROR, "kept-there", "",
-         morvane::quoted(kept) + " is not empty: copies would be mixed with others"});
+    const bool is_own = S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
+                        (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    if (is_own && std::filesystem::is_empty(kept, error) && !error) return;
+    plan.findings.push_back({severity::ERROR, "kept-there", "",
+                             morvane::quoted(kept) + " is there, and no empty directory that you "
+                                                     "alone can write to"});
   }
 
   bool print_plan(const install_plan& plan) const {
@@ -145,8 +147,8 @@ class install_command {
 
   exit_status refuse() const {
     if (!options_.plan_only) {
-      complain(described_, "nothing was installed; when what blocks is mended, type: " +
-                               command_to_continue());
+      complain(described_,
+               "nothing was installed; when what blocks is mended, type: " + command_to_continue());
     }
     return exit_status::REFUSED;
   }

@@ -1,5 +1,6 @@
 #include "install/installation.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/wait.h>
@@ -30,9 +31,9 @@ void say(const descriptor& output, const std::string& text) {
   dprintf(output.number(), "%s\n", text.c_str());
 }
 
-// Installs one product, in a process of its own.
+// Installs one product, in a process of its own, whose commands hold back the signals of `mask`.
 worker_status work(const planned_product& product, const installation_options& options,
-                   const descriptor& output) {
+                   const descriptor& output, const sigset_t& mask) {
   if (!options.kept.empty()) {
     const std::string why = keep_replaced(product, options.kept);
     if (!why.empty()) {
@@ -41,7 +42,7 @@ worker_status work(const planned_product& product, const installation_options& o
     }
   }
   const product_receipt receipt(product);
-  if (!run_make(product.facts.id, output)) return NOT_INSTALLED;
+  if (!run_make(product.facts.id, output, mask)) return NOT_INSTALLED;
   const std::string why = receipt.keep(options.registry);
   if (why.empty()) return INSTALLED;
   if (ftruncate(output.number(), 0) == 0) lseek(output.number(), 0, SEEK_SET);
@@ -54,7 +55,9 @@ descriptor scratch_output() {
   const char* directory = std::getenv("TMPDIR");
   std::string name = std::string(directory == nullptr ? "/tmp" : directory) + "/morvane.XXXXXX";
   descriptor file(mkstemp(name.data()));
-  if (file.is_open()) unlink(name.c_str());
+  if (!file.is_open()) return file;
+  unlink(name.c_str());
+  fcntl(file.number(), F_SETFD, FD_CLOEXEC);
   return file;
 }
 
@@ -71,11 +74,12 @@ class awaited_signals {
     }
     sigprocmask(SIG_BLOCK, &set_, &before_);
   }
-  ~awaited_signals() { restore(); }
+  ~awaited_signals() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
   awaited_signals(const awaited_signals&) = delete;
   awaited_signals& operator=(const awaited_signals&) = delete;
 
-  void restore() const { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  // Those that were held back before.
+  const sigset_t& before() const { return before_; }
 
   int next() const {
     int signal = 0;
@@ -153,11 +157,12 @@ class installer {
     workers_.emplace(child, worker{product, std::move(output)});
   }
 
-  // A session of its own: what is started there ends with it, and has no terminal to wait for.
+  // A session of its own: what is started there ends with it, and has no terminal to wait for. The
+  // worker itself still holds the signals back: it waits for make to end, and keeps the receipt of
+  // what is installed.
   [[noreturn]] void be_worker(std::size_t product, const descriptor& output) {
     setsid();
-    signals_.restore();
-    _exit(work(plan_.products[product], options_, output));
+    _exit(work(plan_.products[product], options_, output, signals_.before()));
   }
 
   void reap() {
@@ -169,7 +174,7 @@ class installer {
       if (ended == workers_.end()) continue;
       const worker done = std::move(ended->second);
       workers_.erase(ended);
-      if (WIFSIGNALED(status)) kill(-child, SIGTERM);
+      if (WIFSIGNALED(status)) kill(-child, SIGKILL);
       take(done, status);
     }
   }

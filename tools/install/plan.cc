@@ -14,6 +14,7 @@
 #include "install/schedule.h"
 #include "platform/file.h"
 #include "platform/identity.h"
+#include "text/quoting.h"
 
 namespace morvane {
 
@@ -58,6 +59,11 @@ class planner {
 
   // Archives are extracted from where the makefile was written, and looked for where it is run.
   void check_where() {
+    if (holds_special_characters(makefile_.directory)) {
+      find(severity::ERROR, "directory-name", "",
+           "make or the shell would interpret the name of " + morvane::quoted(makefile_.directory) +
+               ": move the distribution");
+    }
     if (is_same_file(makefile_.directory, ".")) return;
     find(severity::ERROR, "directory-other", "",
          "install.mk was written in " + morvane::quoted(makefile_.directory) +
@@ -66,6 +72,7 @@ class planner {
 
   void add(const product_facts& facts) {
     check_owner(facts, plan_.findings);
+    check_identifier(facts, plan_.findings);
     check_rule_files(facts, plan_.findings);
     if (check_directory(facts, plan_.findings)) {
       plan_.products.push_back(plan_product(facts, plan_.findings));

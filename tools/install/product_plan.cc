@@ -245,6 +245,8 @@ class product_planner {
   std::set<string> own_paths() const {
     std::set<string> own(plan_.extracted.begin(), plan_.extracted.end());
     own.insert(plan_.copied.begin(), plan_.copied.end());
+    own.insert("install");
+    own.insert("install/" + facts_.id + string(RECEIPT_ENDING));
     receipt_store store;
     add_beside(store, facts_.path);
     for (const stored_receipt& stored : store.receipts) {

@@ -317,9 +317,8 @@ class rule_checks {
   }
 
   void check_sources(const string& rule) {
-    for (const char* ending :
-         {".c", ".cc", ".C", ".cpp", ".f", ".p", ".sh", ".s", ".S", ".y", ".l", ".o"}) {
-      check_file(rule + ending, "make compiles it for the rule " + quoted(rule));
+    for (const string_view ending : SOURCE_ENDINGS) {
+      check_file(rule + string(ending), "make compiles it for the rule " + quoted(rule));
     }
   }
 

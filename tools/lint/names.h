@@ -17,6 +17,10 @@ inline constexpr std::array<std::string_view, 16> PRODUCT_RULES = {
     "-group",          "-permission", "-inst-files", "-inst-dir", "-make",         "-dat-file",
     "-permission-old", "-owner-old",  "-group-old",  "-succeeded"};
 
+// Of such a source make makes what is named without it.
+inline constexpr std::array<std::string_view, 12> SOURCE_ENDINGS = {
+    ".c", ".cc", ".C", ".cpp", ".f", ".p", ".sh", ".s", ".S", ".y", ".l", ".o"};
+
 // Adds what is wrong with the names that a description gives.
 void check_given_names(const read_description& description, finding_list& findings);
 
