@@ -66,6 +66,18 @@ def follow(tutorial, work, environment):
     return session
 
 
+def leave_registry_alone(prefix, work):
+    """Returns a directory of commands that come before those installed: receipts stay in `work`."""
+    own = work / "bin"
+    own.mkdir()
+    if (prefix / "bin/morvane-install").exists():
+        command = own / "morvane-install"
+        command.write_text(f'#!/bin/sh\nexec "{prefix}/bin/morvane-install" '
+                           f'--registry="{work}/registry" "$@"\n')
+        command.chmod(0o755)
+    return own
+
+
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     with tempfile.TemporaryDirectory(prefix="morvane-tutorial-", dir="/tmp") as scratch:
@@ -73,7 +85,8 @@ def main():
         prefix = work / "prefix"
         subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True,
                        stdout=subprocess.DEVNULL)
-        path = f"{prefix}/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin"
+        own = leave_registry_alone(prefix, work)
+        path = f"{own}:{prefix}/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin"
         for command in ("morvane-lint", "dot"):
             if not shutil.which(command, path=path):
                 print(f"skipped: there is no {command}")
