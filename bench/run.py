@@ -14,6 +14,7 @@ sys.dont_write_bytecode = True
 import descriptions  # noqa: E402  (they would leave their byte code in the sources)
 import installation  # noqa: E402
 import lint  # noqa: E402
+import verify  # noqa: E402
 import whole_run  # noqa: E402
 from measure import print_table  # noqa: E402
 
@@ -52,6 +53,7 @@ def main():
         measure_loops(build, scratch)
         installation.measure(build, scratch)
         lint.measure(build, scratch)
+        verify.measure(build, scratch)
     print("\nLoad after:", load())
 
 

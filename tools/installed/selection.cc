@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <set>
 
@@ -34,9 +33,8 @@ bool is_same_directory(const std::string& a, const std::string& b) {
 }
 
 void read_beside(receipt_store& store, const std::string& directory) {
-  if (!add_beside(store, directory) && errno != ENOENT && errno != EACCES) {
-    store.faults.push_back(directory + ": " + std::strerror(errno));
-  }
+  if (add_beside(store, directory)) return;
+  if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) note_unread(store, directory);
 }
 
 void select(selection& selected, const stored_receipt& product) {

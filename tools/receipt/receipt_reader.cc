@@ -228,8 +228,8 @@ class receipt_parser {
     fail("not written as a receipt is");
   }
 
-  void require(bool holds, std::string otherwise) {
-    if (!holds) fail(std::move(otherwise));
+  void require(bool holds, std::string_view otherwise) {
+    if (!holds) fail(std::string(otherwise));
   }
 
   void fail(std::string text) {

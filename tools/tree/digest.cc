@@ -81,8 +81,13 @@ std::vector<std::optional<std::string>> digests_below(const descriptor& director
   std::vector<std::optional<std::string>> digests(paths.size());
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
+    split_path last;
+    descriptor above;  // of the last file: the next one mostly lies there, too
     for (std::size_t i = next++; i < paths.size(); i = next++) {
-      const descriptor file = open_file_below(directory, paths[i]);
+      const split_path place = split(paths[i]);
+      if (!above.is_open() || place.above != last.above) above = open_below(directory, place.above);
+      last = place;
+      const descriptor file = above.is_open() ? open_file_in(above, place.name) : descriptor();
       if (file.is_open()) digests[i] = digest_of_file(file);
     }
   };

@@ -53,9 +53,12 @@ descriptor open_below(const descriptor& directory, std::string_view path) {
 descriptor open_file_below(const descriptor& directory, std::string_view path) {
   const split_path wanted = split(path);
   const descriptor above = open_below(directory, wanted.above);
-  if (!above.is_open()) return descriptor();
+  return above.is_open() ? open_file_in(above, wanted.name) : descriptor();
+}
+
+descriptor open_file_in(const descriptor& directory, const std::string& name) {
   constexpr int AS_FILE = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-  descriptor file(openat(above.number(), wanted.name.c_str(), AS_FILE));
+  descriptor file(openat(directory.number(), name.c_str(), AS_FILE));
   struct stat found;
   if (!file.is_open() || fstat(file.number(), &found) != 0) return descriptor();
   if (S_ISREG(found.st_mode)) return file;

@@ -23,6 +23,9 @@ descriptor open_below(const descriptor& directory, std::string_view path);
 // Opens the plain file `path` below `directory` for reading, likewise, and waits for nothing.
 descriptor open_file_below(const descriptor& directory, std::string_view path);
 
+// The same for the name of a file in `directory`.
+descriptor open_file_in(const descriptor& directory, const std::string& name);
+
 // A name, and the path of the directory that it stands in: "lib/shown/a" is "lib/shown" and "a".
 struct split_path {
   std::string above;

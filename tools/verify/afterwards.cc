@@ -96,7 +96,10 @@ class maker {
     directory_ = open_directory(made_.directory);
     if (!directory_.is_open()) return "its directory " + facts_.path + " is not there";
     walked_ = walk(directory_);
-    if (!walked_.faults.empty()) return "its directory " + facts_.path + " cannot be read in full";
+    const auto top = status_of(directory_);
+    if (top) top_ = *top;
+    if (!top || !walked_.faults.empty())
+      return "its directory " + facts_.path + " cannot be read in full";
     for (const tree_file& file : walked_.files) found_.emplace(file.path, &file.status);
     made_.name = facts_.shown_name;
     made_.owner = facts_.owner;
@@ -177,7 +180,7 @@ class maker {
   receipt_entry on_disk(const std::string& path) const {
     receipt_entry entry;
     if (path == ".") {
-      if (const auto status = status_of(directory_)) entry = entry_of(path, *status);
+      entry = entry_of(path, top_);
     } else if (const auto found = found_.find(path); found != found_.end()) {
       entry = entry_of(path, *found->second);
     }
@@ -277,6 +280,7 @@ class maker {
   const product_facts& facts_;
   receipt made_;
   descriptor directory_;
+  file_status top_;  // of that directory
   walked_tree walked_;
   std::map<std::string, const file_status*> found_;
   std::map<std::string, receipt_entry> entries_;

@@ -18,8 +18,9 @@ std::variant<receipt, std::string> receipt_afterwards(const product_facts& facts
 
 // Adds what the directory of the product tells: files that nobody else in `store` has, and that
 // came after its parts were prepared, may be theirs; a directory with no other files of nobody
-// counts as made by the product. `made` is one of `store`.
-void add_surroundings(receipt& made, const receipt_store& store);
+// counts as made by the product. `made` is one of `store`. Returns false where something cannot be
+// read, as `errno` tells.
+bool add_surroundings(receipt& made, const receipt_store& store);
 
 }  // namespace morvane
 

@@ -1,5 +1,7 @@
 #include "verify/save.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -63,8 +65,13 @@ class saver {
     for (std::size_t i = earlier; i < store_.receipts.size(); ++i) {
       receipt& made = store_.receipts[i].content;
       if (!wanted_.contains(made.id)) continue;
-      add_surroundings(made, store_);
-      status = std::max(status, keep(made));
+      if (add_surroundings(made, store_)) {
+        status = std::max(status, keep(made));
+      } else {
+        complain(described_, printable(made.id) + ": no receipt is made: its directory " +
+                                 printable(made.directory) + ": " + std::strerror(errno));
+        status = std::max(status, exit_status::WRONG_USE);
+      }
     }
     return status;
   }
@@ -129,6 +136,7 @@ class saver {
     if (places.registry != 0) {
       complain(described_, name + "the receipt lies beside the product alone, not in " +
                                printable(registry_) + ": " + std::strerror(places.registry));
+      if (geteuid() == 0) return exit_status::FAILED;  // an ordinary user may not write there
     }
     return exit_status::GOOD;
   }

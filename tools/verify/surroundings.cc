@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -25,21 +26,26 @@ class surveyor {
         open_file_below(directory_, std::string(INSTALL_DIRECTORY) + "/" + made.id + ".make");
     const auto status = makefile.is_open() ? status_of(makefile) : std::nullopt;
     if (status && !made.parts.empty()) prepared_ = status->modified;
+    is_readable_ = status || errno == ENOENT;
   }
 
-  void survey() {
-    if (!directory_.is_open()) return;
+  bool survey() {
+    if (!directory_.is_open() || !is_readable_) return false;
     const walked_tree tree = walk(directory_);
+    if (!tree.faults.empty()) {
+      errno = tree.faults.front().error;
+      return false;
+    }
     for (const tree_file& file : tree.files) {
-      if (!is_known(file.path)) take(file);
+      if (!is_known(file.path) && !take(file)) return false;
     }
     for (receipt_entry& entry : made_.entries) {
-      const bool is_clear = tree.faults.empty() && !strange_.contains(entry.path);
-      if (entry.kind != file_kind::DIRECTORY || !is_clear) continue;
+      if (entry.kind != file_kind::DIRECTORY || strange_.contains(entry.path)) continue;
       entry.before = entry.path == "." ? before::EMPTY : before::NOTHING;
     }
     made_.entries.insert(made_.entries.end(), perhaps_.begin(), perhaps_.end());
     std::ranges::sort(made_.entries, {}, &receipt_entry::path);
+    return true;
   }
 
  private:
@@ -52,17 +58,19 @@ class surveyor {
   }
 
   // Takes what may have been made by a part; else it tells that its directories were there before.
-  void take(const tree_file& file) {
+  bool take(const tree_file& file) {
     receipt_entry entry = entry_of(file.path, file.status);
     entry.before = before::UNKNOWN;
     entry.origin = entry_origin::PERHAPS;
     const bool in_time = prepared_ && file.status.changed / NANOSECONDS >= *prepared_;
-    if (in_time && add_digest(entry)) {
+    if (in_time) {
+      if (!add_digest(entry)) return false;
       perhaps_.push_back(std::move(entry));
-      return;
+      return true;
     }
     std::string above = split(file.path).above;
     while (strange_.insert(above).second) above = split(above).above;
+    return true;
   }
 
   bool add_digest(receipt_entry& entry) const {
@@ -77,14 +85,15 @@ class surveyor {
   neighbours neighbours_;
   descriptor directory_;
   std::optional<std::int64_t> prepared_;  // when its makefile was, in seconds; only with parts
+  bool is_readable_ = false;              // that makefile, or it is not there
   std::set<std::string> strange_;         // directories that hold something of nobody
   std::vector<receipt_entry> perhaps_;
 };
 
 }  // namespace
 
-void add_surroundings(receipt& made, const receipt_store& store) {
-  surveyor(made, store).survey();
+bool add_surroundings(receipt& made, const receipt_store& store) {
+  return surveyor(made, store).survey();
 }
 
 }  // namespace morvane

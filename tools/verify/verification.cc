@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <deque>
+#include <optional>
+#include <utility>
 
 #include "installed/claims.h"
 #include "tree/directory.h"
-#include "tree/walk.h"
 
 namespace morvane {
 
@@ -37,40 +39,53 @@ class verifier {
 
  private:
   void compare_entries(const descriptor& directory) {
-    std::vector<receipt_entry> expected;
-    std::vector<std::string> others;
+    std::vector<claim> last;
+    std::deque<receipt_entry> moved;  // entries of others, with the paths that they have here
+    std::vector<const receipt_entry*> expected;
     for (const receipt_entry& entry : receipt_.entries) {
-      const claim last = neighbours_.last_on(entry);
-      expected.push_back(*last.entry);
-      expected.back().path = entry.path;
-      others.push_back(last.by == &receipt_ ? "" : last.by->id);
+      last.push_back(neighbours_.last_on(entry));
+      expected.push_back(last.back().entry);
+      if (last.back().by == &receipt_) continue;
+      moved.push_back(*last.back().entry);
+      moved.back().path = entry.path;
+      expected.back() = &moved.back();
     }
-    std::vector<const receipt_entry*> looked_at;
-    for (const receipt_entry& entry : expected) looked_at.push_back(&entry);
-    const std::vector<found_path> found = look_at_entries(directory, looked_at);
+    std::vector<found_path> found = look_at_entries(directory, expected);
     for (std::size_t i = 0; i < found.size(); ++i) {
-      if (!compare(expected[i], found[i]).any()) continue;
-      done_.differing.push_back({expected[i].path, false, expected[i], found[i], others[i]});
+      if (!compare(*expected[i], found[i]).any()) continue;
+      done_.differing.push_back({expected[i]->path, false, *expected[i], std::move(found[i]),
+                                 last[i].by == &receipt_ ? "" : last[i].by->id});
     }
   }
 
-  // Enters directories that are known; of one that is additional it tells, not of what it holds.
-  void find_additional(const descriptor& directory) {
-    const receipt_entry* top = find_entry(receipt_, ".");
-    const walked_tree tree = walk(directory, [&](const tree_file& file) {
-      return find_entry(receipt_, file.path) != nullptr;
-    });
-    for (const tree_file& file : tree.files) {
-      const std::string above = split(file.path).above;
-      const receipt_entry* holder = above == "." ? top : find_entry(receipt_, above);
-      if (holder == nullptr || !is_own(*holder) || is_known(file.path)) continue;
-      found_path found;
-      found.status = file.status;
-      done_.differing.push_back({file.path, true, {}, std::move(found), ""});
+  // Of a directory that is additional it tells, not of what it holds.
+  void find_additional(const descriptor& product) {
+    for (const receipt_entry& entry : receipt_.entries) {
+      if (!is_own(entry)) continue;
+      const descriptor directory = open_below(product, entry.path);
+      const auto names = directory.is_open() ? names_in(directory) : std::nullopt;
+      if (!names) {
+        fail(entry.path);
+        continue;
+      }
+      for (const std::string& name : *names) {
+        const std::string path = entry.path == "." ? name : entry.path + "/" + name;
+        if (!is_known(path)) add(directory, name, path);
+      }
     }
-    for (const tree_fault& fault : tree.faults) {
-      done_.faults.push_back(fault.path + ": " + std::strerror(fault.error));
-    }
+  }
+
+  void add(const descriptor& directory, const std::string& name, const std::string& path) {
+    found_path found;
+    found.status = look_at(directory, name);
+    if (!found.status) return fail(path);
+    done_.differing.push_back({path, true, {}, std::move(found), ""});
+  }
+
+  // What is gone, or no directory any more, was told of already.
+  void fail(const std::string& path) {
+    if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP) return;
+    done_.faults.push_back(path + ": " + std::strerror(errno));
   }
 
   bool is_known(const std::string& path) const {
