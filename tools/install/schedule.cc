@@ -41,7 +41,7 @@ std::vector<std::vector<std::size_t>> waits_of(const install_plan& plan) {
     for (const settled_need& need : product.settings.needs) {
       place.needed.push_back(canonical(need.directory));
     }
-    std::vector<std::size_t>& earlier = waits.emplace_back();
+    std::vector<std::size_t> earlier;
     for (std::size_t i = 0; i < places.size(); ++i) {
       const place_of_product& other = places[i];
       if (lies_below(place.directory, other.directory) ||
@@ -50,6 +50,7 @@ std::vector<std::vector<std::size_t>> waits_of(const install_plan& plan) {
         earlier.push_back(i);
       }
     }
+    waits.push_back(std::move(earlier));
     places.push_back(std::move(place));
   }
   return waits;

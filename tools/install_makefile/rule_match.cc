@@ -85,10 +85,11 @@ std::vector<std::vector<std::string>> lists_at(std::string_view wanted, std::str
                                                const places& known, const text_lines& lines) {
   std::vector<std::vector<std::string>> lists;
   for (const frame& around : frames_of(wanted, rule, known)) {
-    std::vector<std::string>& values = lists.emplace_back();
+    std::vector<std::string> values;
     for (const std::string_view line : lines) {
       if (auto value = around.value_in(line)) values.push_back(*value);
     }
+    lists.push_back(std::move(values));
   }
   return lists;
 }

@@ -83,13 +83,13 @@ class saver {
       complain(described_, std::string(MAKEFILE) + ": " + std::strerror(errno));
       return std::nullopt;
     }
-    auto reading = read_install_makefile(*text);
+    const auto reading = read_install_makefile(*text);
     if (const auto* line = std::get_if<std::size_t>(&reading)) {
       complain(described_, std::string(MAKEFILE) + ":" + std::to_string(*line) +
                                ": this is not what the configurator writes");
       return std::nullopt;
     }
-    return std::move(std::get<install_makefile>(reading));
+    return std::get<install_makefile>(reading);
   }
 
   // Adds the receipt of a product that has none to the store.
