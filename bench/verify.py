@@ -51,8 +51,9 @@ def measure(build, scratch):
             "verify": lambda: run(verify, top, environment=environment),
             "sha256sum": lambda: run(["sha256sum", "--quiet", "-c", "../digests"], top / "app",
                                      environment=environment)})
-        rows.append((f"{files} of {size >> 10} KiB", *(spread(1000 * cost.wall for cost in costs[name])
-                                                      for name in ("verify", "sha256sum")),
+        rows.append((f"{files} of {size >> 10} KiB",
+                     *(spread(1000 * cost.wall for cost in costs[name])
+                       for name in ("verify", "sha256sum")),
                      spread(ratios(costs["verify"], costs["sha256sum"]), digits=2)))
     print_table("Verifying installed files",
                 ("files", "morvane-verify, wall, ms", "sha256sum -c, wall, ms", "ratio"), rows)

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Follows docs/first-distribution.md to the letter.
+"""Follows docs/first-distribution.md, or another tutorial, to the letter.
 
-    tutorial.py BUILD_DIRECTORY
+    tutorial.py BUILD_DIRECTORY [TUTORIAL]
 
 Blocks marked "sh" are run, one after the other, in an empty directory. A block "answers" behind one
 is typed to its last command: the word that begins each line, Enter for an empty one. A block
@@ -93,7 +93,8 @@ def main():
                 sys.exit(SKIPPED)
         follow_in = work / "empty"
         follow_in.mkdir()
-        follow(TUTORIAL, follow_in, {"PATH": path, "LC_ALL": "C", "HERE": str(work / "here")})
+        tutorial = PROJECT / "docs" / sys.argv[2] if len(sys.argv) > 2 else TUTORIAL
+        follow(tutorial, follow_in, {"PATH": path, "LC_ALL": "C", "HERE": str(work / "here")})
 
 
 if __name__ == "__main__":

@@ -128,8 +128,8 @@ class Host:
                  check=0)
 
     def make(self):
-        done = subprocess.run(["make", "-f", "install.mk"], cwd=self.distribution, check=False, text=True,
-                              capture_output=True, env=ENVIRONMENT, timeout=TIMEOUT)
+        done = subprocess.run(["make", "-f", "install.mk"], cwd=self.distribution, check=False,
+                              text=True, capture_output=True, env=ENVIRONMENT, timeout=TIMEOUT)
         if done.returncode != 0:
             raise AssertionError(f"make: {done.stdout}{done.stderr}")
 
