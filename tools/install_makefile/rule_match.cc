@@ -1,6 +1,7 @@
 #include "install_makefile/rule_match.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "output/makefile_text.h"
 
