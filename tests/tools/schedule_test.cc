@@ -19,7 +19,7 @@ struct tried_product {
 waits waits_among(const std::vector<tried_product>& products) {
   install_plan plan;
   for (const auto& [directory, needed] : products) {
-    planned_product& product = plan.products.emplace_back();
+    product_plan& product = plan.products.emplace_back();
     product.facts.path = directory;
     for (const std::string& each : needed) {
       product.settings.needs.emplace_back().directory = each;

@@ -32,7 +32,7 @@ void say(const descriptor& output, const std::string& text) {
 }
 
 // Installs one product, in a process of its own, whose commands hold back the signals of `mask`.
-worker_status work(const planned_product& product, const installation_options& options,
+worker_status work(const product_plan& product, const installation_options& options,
                    const descriptor& output, const sigset_t& mask) {
   if (!options.kept.empty()) {
     const std::string why = keep_replaced(product, options.kept);

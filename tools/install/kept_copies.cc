@@ -73,7 +73,7 @@ bool keep(const descriptor& product, const std::string& path, const std::string&
 
 }  // namespace
 
-std::string keep_replaced(const planned_product& product, const std::string& directory) {
+std::string keep_replaced(const product_plan& product, const std::string& directory) {
   const std::string& top = product.facts.path;
   const descriptor opened = open_directory(top);
   if (!opened.is_open()) return top + ": " + std::strerror(errno);

@@ -10,7 +10,7 @@ namespace morvane {
 
 // Copies what the installation of `product` replaces to its own absolute path below `directory`,
 // with mode, owner, group and time. Returns what went wrong; empty where all was copied.
-std::string keep_replaced(const planned_product& product, const std::string& directory);
+std::string keep_replaced(const product_plan& product, const std::string& directory);
 
 }  // namespace morvane
 

@@ -23,7 +23,7 @@ namespace {
 using std::string;
 
 // Returns the paths that the archive of a product fills, wherever links lead on the way.
-std::set<string> filled_paths(const planned_product& product) {
+std::set<string> filled_paths(const product_plan& product) {
   std::error_code error;
   const std::filesystem::path top = std::filesystem::weakly_canonical(product.facts.path, error);
   std::set<string> paths;
@@ -103,7 +103,7 @@ class planner {
     for (std::size_t i = 0; i < plan_.products.size(); ++i) {
       const product_facts& handing = plan_.products[i].facts;
       for (std::size_t k = 0; k < i; ++k) {
-        const planned_product& other = plan_.products[k];
+        const product_plan& other = plan_.products[k];
         const bool is_old = (handing.old_owner && other.facts.owner == handing.old_owner) ||
                             (handing.old_group && other.facts.group == handing.old_group);
         if (!is_old || other.extracted.empty() || !is_below(other.facts.path, handing.path)) {
@@ -118,7 +118,7 @@ class planner {
 
   void add_space() {
     std::map<dev_t, planned_space> spaces;
-    for (const planned_product& product : plan_.products) {
+    for (const product_plan& product : plan_.products) {
       struct stat status;
       struct statvfs space;
       const char* path = product.facts.path.c_str();

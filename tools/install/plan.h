@@ -20,7 +20,7 @@ struct plan_finding {
   std::string text;
 };
 
-struct planned_product {
+struct product_plan {
   product_facts facts;
   product_settings settings;
   // Paths below the product's directory, sorted. Its parts may do more.
@@ -41,7 +41,7 @@ struct planned_space {
 
 struct install_plan {
   std::string directory;  // of the archives
-  std::vector<planned_product> products;
+  std::vector<product_plan> products;
   std::vector<planned_space> space;
   std::vector<std::string> tools;  // that are needed
   std::vector<plan_finding> findings;

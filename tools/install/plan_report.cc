@@ -40,7 +40,7 @@ string shown_size(std::uint64_t bytes) {
   return string(digits) + " " + units[unit];
 }
 
-string heading(const planned_product& product) {
+string heading(const product_plan& product) {
   const product_facts& facts = product.facts;
   string line = printable(facts.id);
   if (!product.settings.version.empty()) line += " " + printable(product.settings.version);
@@ -51,7 +51,7 @@ string heading(const planned_product& product) {
          (facts.closed ? "lose access" : "keep access") + "\n";
 }
 
-string product_text(const planned_product& product, bool keeps) {
+string product_text(const product_plan& product, bool keeps) {
   const product_facts& facts = product.facts;
   string text = heading(product);
   if (!product.added.empty() || !product.added_directories.empty()) {
@@ -101,7 +101,7 @@ void write_list(json_writer& json, const char* name, const std::vector<string>& 
   json.end_array();
 }
 
-void write_product(json_writer& json, const planned_product& product) {
+void write_product(json_writer& json, const product_plan& product) {
   const product_facts& facts = product.facts;
   json.begin_object();
   json.member("id", facts.id);
@@ -127,7 +127,7 @@ void write_product(json_writer& json, const planned_product& product) {
 
 string plan_text(const install_plan& plan, bool keeps) {
   string text;
-  for (const planned_product& product : plan.products) {
+  for (const product_plan& product : plan.products) {
     text += product_text(product, keeps) + findings_of(plan, product.facts.id);
   }
   if (plan.products.empty()) text += "no product is configured\n";
@@ -150,7 +150,7 @@ string plan_json(const install_plan& plan) {
   json.flag("blocked", plan.is_blocked());
   json.key("products");
   json.begin_array();
-  for (const planned_product& product : plan.products) write_product(json, product);
+  for (const product_plan& product : plan.products) write_product(json, product);
   json.end_array();
   json.key("space");
   json.begin_array();

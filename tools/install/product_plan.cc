@@ -81,7 +81,7 @@ class product_planner {
     plan_.facts = facts;
   }
 
-  planned_product plan() {
+  product_plan plan() {
     if (facts_.described)
       plan_.settings = read_settings(content_of(settings_file(facts_.id)).value_or(""));
     if (facts_.is_new) lay_out_archive();
@@ -277,13 +277,13 @@ class product_planner {
 
   const product_facts& facts_;
   std::vector<plan_finding>& findings_;
-  planned_product plan_;
+  product_plan plan_;
   bool brings_makefile_ = false;
 };
 
 }  // namespace
 
-planned_product plan_product(const product_facts& facts, std::vector<plan_finding>& findings) {
+product_plan plan_product(const product_facts& facts, std::vector<plan_finding>& findings) {
   return product_planner(facts, findings).plan();
 }
 

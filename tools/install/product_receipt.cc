@@ -54,7 +54,7 @@ bool add_digests(receipt& made, const descriptor& directory) {
 
 }  // namespace
 
-product_receipt::product_receipt(const planned_product& product)
+product_receipt::product_receipt(const product_plan& product)
     : product_(product),
       directory_(open_directory(product.facts.path)),
       own_(product.extracted.begin(), product.extracted.end()),

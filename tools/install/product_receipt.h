@@ -16,7 +16,7 @@ namespace morvane {
 class product_receipt {
  public:
   // Looks at the product's directory as it is before make.
-  explicit product_receipt(const planned_product& product);
+  explicit product_receipt(const product_plan& product);
 
   // Looks at it once more, and keeps the receipt, beside the product and in `registry`. Returns
   // what went wrong; empty where nothing did.
@@ -31,7 +31,7 @@ class product_receipt {
   void add_entries(receipt& made, const tree_state& after) const;
   bool add_earlier(receipt& made, const std::string& registry) const;
 
-  const planned_product& product_;
+  const product_plan& product_;
   descriptor directory_;
   std::set<std::string> own_;  // paths that archive and configurator fill
   tree_state before_;

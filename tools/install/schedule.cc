@@ -37,7 +37,7 @@ bool is_below(const std::string& path, const std::string& other) {
 std::vector<std::vector<std::size_t>> waits_of(const install_plan& plan) {
   std::vector<place_of_product> places;
   std::vector<std::vector<std::size_t>> waits;
-  for (const planned_product& product : plan.products) {
+  for (const product_plan& product : plan.products) {
     place_of_product place{canonical(product.facts.path), {}};
     for (const settled_need& need : product.settings.needs) {
       place.needed.push_back(canonical(need.directory));
