@@ -16,7 +16,7 @@ namespace morvane {
 namespace {
 
 // A longer settings file is none.
-constexpr std::uint64_t LONGEST_SETTINGS = 1024 * 1024;
+constexpr std::uint64_t LONGEST_SETTINGS = 1'048'576;
 
 std::optional<std::string> settings_text(const descriptor& directory, const std::string& name) {
   const descriptor file = open_file_below(directory, name);
