@@ -53,7 +53,7 @@ field "$program" Description "terminal-based installation configurator
 *"
 tools=$(echo "$work"/morvane-tools_*.deb)
 field "$tools" Depends "morvane (= $version), libarchive13 (>= *), libc6 (>= *), *"
-field "$tools" Recommends "python3, graphviz, tar (>= 1.16)"
+field "$tools" Recommends "python3, graphviz, make | bmake, tar (>= 1.16)"
 field "$tools" Suggests "ansible-core"
 field "$tools" Replaces "morvane (<= 1.20-1)"
 field "$tools" Description "commands beside the installation configurator morvane
