@@ -55,19 +55,23 @@ class planner {
  private:
   void decide(planned_path& path) {
     const receipt_entry& entry = *path.entry;
-    const difference differs = compare(entry, path.found);
-    if (differs.unknown) planned_.faults.push_back(entry.path + ": " + words_of(entry, path.found));
+    const bool is_directory = entry.kind == file_kind::DIRECTORY;
+    // A directory is as the last product left it.
+    const receipt_entry& expected = is_directory ? *neighbours_.last_on(entry).entry : entry;
+    const difference differs = compare(expected, path.found);
+    if (differs.unknown)
+      planned_.faults.push_back(entry.path + ": " + words_of(expected, path.found));
     if (differs.missing || is_up_to_another(entry)) return;
     if (const receipt* other = who_else_has(entry)) {
       path.deed = deed::LEAVE;
       path.why = "'" + other->id + "' has it too";
-      if (differs.any()) path.why += "; " + words_of(entry, path.found);
+      if (differs.any()) path.why += "; " + words_of(expected, path.found);
     } else if (entry.origin == entry_origin::PERHAPS) {
       path.deed = deed::LEAVE;
       path.why = "perhaps not of the product";
     } else if (differs.any()) {
       path.deed = deed::KEEP;
-      path.why = words_of(entry, path.found);
+      path.why = words_of(expected, path.found);
     } else if (entry.kind == file_kind::DIRECTORY && !is_ours(entry)) {
       path.deed = deed::LEAVE;
       if (entry.before == before::UNKNOWN) path.why = "perhaps it was there before";
@@ -119,7 +123,8 @@ class planner {
                other.by->id + "' again";
       }
     }
-    if (entry.kind == file_kind::FILE && entry.before == before::THERE) {
+    const bool was_strange = neighbours_.claims_on(entry).empty();
+    if (entry.kind == file_kind::FILE && entry.before == before::THERE && was_strange) {
       return "it replaced a file that is gone";
     }
     return "";
@@ -130,12 +135,6 @@ class planner {
   const product_set& removed_;
   removal planned_;
 };
-
-std::string line_of(const planned_path& path) {
-  constexpr std::array<std::string_view, 4> VERBS = {"removes", "keeps", "leaves", ""};
-  return "  " + std::string(VERBS[static_cast<std::size_t>(path.deed)]) + " " +
-         printable(path.entry->path + ": " + path.why) + "\n";
-}
 
 }  // namespace
 
@@ -157,6 +156,12 @@ std::string counted_kinds(const std::vector<const receipt_entry*>& entries) {
     text += WORDS[kind][count == 1 ? 0 : 1];
   }
   return text.empty() ? "nothing" : text;
+}
+
+std::string line_of(const planned_path& path) {
+  constexpr std::array<std::string_view, 4> VERBS = {"removes", "keeps", "leaves", ""};
+  return "  " + std::string(VERBS[static_cast<std::size_t>(path.deed)]) + " " +
+         printable(path.entry->path + ": " + path.why) + "\n";
 }
 
 std::string text_of(const removal& planned) {

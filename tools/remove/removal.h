@@ -44,6 +44,9 @@ removal plan_removal(const receipt_store& store, const stored_receipt& product,
 // Returns how many paths there are of a kind, in words such as "2 files, 1 link".
 std::string counted_kinds(const std::vector<const receipt_entry*>& entries);
 
+// Returns what is said of one path.
+std::string line_of(const planned_path& path);
+
 // Returns what the plan says, a line for the product, and one for each path with something to say.
 std::string text_of(const removal& planned);
 

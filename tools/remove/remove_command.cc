@@ -168,10 +168,26 @@ class remove_run {
     return false;
   }
 
+  // What stays besides what was shown is said now.
+  void plan_again(removal& planned) const {
+    const std::string shown = text_of(planned);
+    planned = plan_removal(store_, *planned.product, removed_);
+    for (const planned_path& path : planned.paths) {
+      const std::string line = line_of(path);
+      if (!path.why.empty() && shown.find(line) == std::string::npos)
+        std::fputs(line.c_str(), stdout);
+    }
+  }
+
   exit_status act(bool all_goes) {
     exit_status status = all_goes ? exit_status::GOOD : exit_status::FINDINGS;
-    for (const removal& planned : plans_) {
-      const removed_product done = remove(planned, store_, options_.registry, options_.keep_in);
+    for (std::size_t i = 0; i < plans_.size(); ++i) {
+      // The one before may have handed something on to it.
+      if (i > 0) plan_again(plans_[i]);
+      const removal& planned = plans_[i];
+      const removed_product done =
+          planned.faults.empty() ? remove(planned, store_, options_.registry, options_.keep_in)
+                                 : removed_product{{}, {}, planned.faults};
       for (const std::string& remark : done.remarks) {
         std::fputs(("  " + printable(remark) + "\n").c_str(), stdout);
         status = std::max(status, exit_status::FINDINGS);

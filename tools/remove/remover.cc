@@ -192,9 +192,25 @@ class remover {
     }
   }
 
+  // A directory that the product made, and in which another has something, is the other's then.
+  bool hand_on_directories(receipt& other) const {
+    if (other.directory != receipt_.directory) return false;
+    std::vector<receipt_entry> handed;
+    for (const receipt_entry& entry : receipt_.entries) {
+      if (entry.kind != file_kind::DIRECTORY || entry.before != before::NOTHING) continue;
+      if (find_entry(other, entry.path) != nullptr) continue;
+      const std::string below = entry.path + "/";
+      const auto first = std::ranges::lower_bound(other.entries, below, {}, &receipt_entry::path);
+      if (first != other.entries.end() && first->path.starts_with(below)) handed.push_back(entry);
+    }
+    other.entries.insert(other.entries.end(), handed.begin(), handed.end());
+    std::ranges::sort(other.entries, {}, &receipt_entry::path);
+    return !handed.empty();
+  }
+
   // Tells another receipt what lay at paths before. Returns whether it learns anything.
   bool hand_on_to(receipt& other) const {
-    bool learns = false;
+    bool learns = hand_on_directories(other);
     for (const receipt_entry& entry : receipt_.entries) {
       if (entry.before == before::THERE || entry.origin == entry_origin::PERHAPS) continue;
       for (const claim& same : neighbours_.claims_on(entry)) {
