@@ -175,7 +175,8 @@ int unlink_in(const descriptor& directory, const std::string& name) {
 
 void note_unread(receipt_store& store, const std::string& file) {
   store.faults.push_back(file + ": " + std::strerror(errno));
-  if (errno != EACCES || geteuid() == 0) store.complete = false;
+  const bool is_no_file = errno == EINVAL || errno == ELOOP;
+  if (!is_no_file && (errno != EACCES || geteuid() == 0)) store.complete = false;
 }
 
 bool add_registered(receipt_store& store, const std::string& registry) {

@@ -74,6 +74,7 @@ void add_settings_in(receipt_store& store, const std::string& directory) {
     if (id.empty() || is_known(store, id, *normal)) continue;
     const auto text = settings_text(install, name);
     if (!text) {
+      if (errno == EINVAL || errno == ELOOP) continue;  // it is no file
       note_unread(store, directory + "/" + std::string(INSTALL_DIRECTORY) + "/" + name);
       continue;
     }
