@@ -79,7 +79,9 @@ class Faults(unittest.TestCase):
     def judge(self, done, wanted):
         said = done.stdout + done.stderr
         if done.returncode == 0:
-            self.assertEqual(tree(self.app), wanted)
+            left = tree(self.app)
+            left.pop(str(self.app / "install/Makefile"), None)  # install.mk does not insist on it
+            self.assertEqual(left, wanted)
             self.assertTrue((self.app / "install/app.receipt").exists(), said)
         else:
             self.assertIn(done.returncode, (2, 3, 4), said)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "catalogue/product_files.h"
+#include "install/product_plan.h"
 #include "installed/originals.h"
 #include "receipt/receipt_store.h"
 #include "tree/digest.h"
@@ -61,24 +62,33 @@ product_receipt::product_receipt(const product_plan& product)
       began_(time_now()) {
   own_.insert(product.copied.begin(), product.copied.end());
   own_.insert(TOP);
-  before_ = look();
+  before_ = look(fault_before_);
   empty_before_ = empty_directories();
 }
 
 // The whole directory is looked at only where parts may have made anything in it.
-product_receipt::tree_state product_receipt::look() const {
+product_receipt::tree_state product_receipt::look(string& fault) const {
   tree_state state;
+  const auto note = [&](const string& path, int error) {
+    fault = path_of(product_.facts, path) + ": " + std::strerror(error);
+  };
   if (!directory_.is_open()) return state;
   if (!product_.facts.targets.empty()) {
-    for (tree_file& file : walk(directory_).files) {
+    walked_tree walked = walk(directory_);
+    for (tree_file& file : walked.files) {
       state.emplace(std::move(file.path), std::move(file.status));
     }
+    for (const tree_fault& each : walked.faults) note(each.path, each.error);
   } else {
     for (const string& path : own_) {
       const split_path at = split(path);
       const descriptor above = open_below(directory_, at.above);
       const auto status = above.is_open() ? look_at(above, at.name) : std::nullopt;
-      if (status) state.emplace(path, *status);
+      if (status) {
+        state.emplace(path, *status);
+      } else if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
+        note(path, errno);
+      }
     }
   }
   if (const auto top = status_of(directory_)) state.insert_or_assign(TOP, *top);
@@ -164,7 +174,9 @@ bool product_receipt::add_earlier(receipt& made, const string& registry) const {
 
 string product_receipt::keep(const string& registry) const {
   receipt made = head();
-  add_entries(made, look());
+  string fault = fault_before_;
+  add_entries(made, look(fault));
+  if (!fault.empty()) return fault;
   if (!add_digests(made, directory_)) return string("a file cannot be read: ") + strerror(errno);
   if (!add_earlier(made, registry) && !product_.facts.is_new) {
     return "";  // what its archive put there is not known; morvane-verify --save can tell

@@ -25,7 +25,8 @@ class product_receipt {
  private:
   using tree_state = std::map<std::string, file_status>;
 
-  tree_state look() const;
+  // Notes in `fault` what cannot be looked at.
+  tree_state look(std::string& fault) const;
   std::set<std::string> empty_directories() const;
   receipt head() const;
   void add_entries(receipt& made, const tree_state& after) const;
@@ -35,6 +36,7 @@ class product_receipt {
   descriptor directory_;
   std::set<std::string> own_;  // paths that archive and configurator fill
   tree_state before_;
+  std::string fault_before_;
   std::set<std::string> empty_before_;
   std::uint64_t began_ = 0;
 };
