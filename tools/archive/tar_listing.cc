@@ -38,11 +38,13 @@ pid_t start_tar(std::initializer_list<const char*> options, const descriptor& in
   std::vector<string> texts = {"tar"};
   texts.insert(texts.end(), options.begin(), options.end());
   std::vector<char*> arguments;
+  arguments.reserve(texts.size() + 1);
   for (string& text : texts) arguments.push_back(text.data());
   arguments.push_back(nullptr);
   // What tar says must not depend on the operator's language and options.
   std::vector<string> settings = {"LC_ALL=C", "TAR_OPTIONS="};
   std::vector<char*> environment;
+  environment.reserve(settings.size());
   for (string& setting : settings) environment.push_back(setting.data());
   for (char** each = environ; *each != nullptr; ++each) {
     const string_view variable(*each);

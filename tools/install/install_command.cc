@@ -30,7 +30,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t LONGEST_MAKEFILE = 64 * 1024 * 1024;
+constexpr std::size_t LONGEST_MAKEFILE = 64UL * 1024 * 1024;
 constexpr const char* MAKEFILE = "install.mk";
 
 struct install_options {

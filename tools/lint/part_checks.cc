@@ -22,7 +22,7 @@ constexpr string_view MAKEFILE = "install/Makefile";
 string misplaced_makefile(const archive_content& content) {
   for (const archive_member& member : content.members) {
     const std::vector<string_view> parts = parts_of_name(member.name);
-    const string name = joined_name(parts);
+    string name = joined_name(parts);
     const bool at_top = parts.size() == 1 && name == "Makefile";
     const bool deeper = parts.size() == 3 && name.ends_with("/install/Makefile");
     if (at_top || deeper || is_same_but_for_capitals(name, MAKEFILE) ||
