@@ -34,7 +34,7 @@ SYSTEM = "{0.sysname}{1}".format(os.uname(), os.uname().release.split(".")[0])
 
 LINT = BUILD / "morvane-lint"
 NO_LINT = ("there is no morvane-lint, so that nobody looks for mistakes: install the package "
-           "morvane-tools, or libarchive-dev before the build")
+           "morvane-tools, or libarchive-dev and nettle-dev before the build")
 NOT_WITHOUT = f"{NO_LINT}; without it the distribution is only made with --force"
 FOUND_ERRORS = "morvane-lint found errors: the distribution is only made with --force"
 FOUND = re.compile(r"make-distribution: (.*):1:1: error: (.*) \[(.*)\]")
