@@ -109,7 +109,8 @@ class product_planner {
   void lay_out_archive() {
     const string file = facts_.id + ".tar";
     finding_list list;
-    const archive_content content = read_checked_archive(facts_.id, file, list);
+    tar_listing listing(file);
+    const archive_content content = read_checked_archive(facts_.id, file, listing, list);
     take_archive_findings(file, list.finish());
     brings_makefile_ = content.wanted.has_value();
     archive_tree tree;

@@ -1,6 +1,5 @@
 #include "lint/checked_archive.h"
 
-#include "archive/tar_listing.h"
 #include "lint/member_checks.h"
 #include "report/finding.h"
 
@@ -43,8 +42,7 @@ void report_fault(const string& file, const archive_content& content, finding_li
 }  // namespace
 
 archive_content read_checked_archive(const string& identifier, const string& file,
-                                     finding_list& findings) {
-  tar_listing listing(file);
+                                     tar_listing& listing, finding_list& findings) {
   archive_content content = read_archive(file, "install/Makefile");
   if (content.fault) report_fault(file, content, findings);
   check_members(identifier, file, content, findings);
