@@ -16,30 +16,11 @@ EVERY = "--all" in sys.argv
 sys.argv = [word for word in sys.argv if word != "--all"]
 
 import answers_command  # noqa: E402  (it reads the arguments)
+from faulty_calls import FAULTS  # noqa: E402
 
 TRACER = answers_command.BUILD / "tests/system_calls"
 SKIPPED = 77
 SAMPLE = 2  # runs of a fault, where not all are wanted
-FAULTS = {
-    "open": ["ENOENT", "EACCES", "EMFILE", "ENOSPC"],
-    "read": ["EIO"],
-    "write": ["ENOSPC", "EIO"],
-    "close": ["EIO"],
-    "list": ["EIO"],
-    "stat": ["EACCES"],
-    "access": ["EACCES"],
-    "unlink": ["EACCES"],
-    "mkdir": ["ENOSPC"],
-    "change": ["EPERM"],
-    "truncate": ["EIO"],
-    "lock": ["ENOLCK"],
-    "directory": ["EACCES"],
-    "memory": ["ENOMEM"],
-    "pipe": ["EMFILE"],
-    "process": ["EAGAIN"],
-    "execute": ["ENOMEM"],
-    "wait": ["EINTR"],
-}
 EARLIER = {"install.mk": "an earlier makefile\n", "app.dat": "earlier settings\n"}
 
 

@@ -17,31 +17,13 @@ EVERY = "--all" in sys.argv
 sys.argv = [word for word in sys.argv if word != "--all"]
 
 import made_distribution  # noqa: E402
+from faulty_calls import FAULTS  # noqa: E402
 from made_distribution import PATH, tree  # noqa: E402
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 TRACER = BUILD / "tests/system_calls"
 SKIPPED = 77
 SAMPLE = 40 if EVERY else 1  # runs of a fault: one takes a second, and there are thousands of calls
-FAULTS = {
-    "open": ["ENOENT", "EACCES", "EMFILE", "ENOSPC"],
-    "read": ["EIO"],
-    "write": ["ENOSPC", "EIO"],
-    "close": ["EIO"],
-    "list": ["EIO"],
-    "stat": ["EACCES"],
-    "access": ["EACCES"],
-    "unlink": ["EACCES"],
-    "mkdir": ["ENOSPC"],
-    "change": ["EPERM"],
-    "truncate": ["EIO"],
-    "lock": ["ENOLCK"],
-    "directory": ["EACCES"],
-    "memory": ["ENOMEM"],
-    "process": ["EAGAIN"],
-    "execute": ["ENOMEM"],
-    "wait": ["EINTR"],
-}
 EARLIER = "an earlier file\n"
 MAKEFILE = "program:\n\tmkdir -p ../bin\n\techo made > ../bin/app\n"
 
