@@ -24,6 +24,10 @@ std::optional<int> leading_number(std::string_view value) {
   return static_cast<int>(negative ? -magnitude : std::min(magnitude, BEYOND_INT - 1));
 }
 
+bool is_digits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of(DIGITS) == std::string_view::npos;
+}
+
 int number_or_zero(std::string_view value) {
   return leading_number(value).value_or(0);
 }

@@ -14,6 +14,9 @@ inline constexpr std::string_view DIGITS = "0123456789";
 // there are no digits.
 std::optional<int> leading_number(std::string_view value);
 
+// Tells whether a text is digits and nothing else, at least one.
+bool is_digits(std::string_view text);
+
 // As `leading_number`, with 0 where there are no digits.
 int number_or_zero(std::string_view value);
 

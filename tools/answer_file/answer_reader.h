@@ -12,7 +12,7 @@
 
 namespace morvane {
 
-inline constexpr std::size_t LONGEST_ANSWER_FILE = 1024 * 1024;
+inline constexpr std::size_t LONGEST_ANSWER_FILE = 1024UL * 1024;
 inline constexpr std::size_t LONGEST_ANSWER_LINE = 4096;  // also once its variables are filled in
 inline constexpr std::size_t MOST_ANSWER_FAULTS = 100;    // what is behind them is not read
 

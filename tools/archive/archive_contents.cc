@@ -14,8 +14,6 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t BLOCK_SIZE = 65'536;
-
 using open_archive = std::unique_ptr<archive, int (*)(archive*)>;
 
 // Returns nothing where the content cannot be read in full.
@@ -23,7 +21,7 @@ std::optional<member_content> content_of(archive* opened, archive_entry* entry) 
   member_content content;
   content.modified = archive_entry_mtime(entry);
   digester digest;
-  std::array<char, BLOCK_SIZE> block;
+  std::array<char, ARCHIVE_BLOCK> block;
   for (;;) {
     const la_ssize_t count = archive_read_data(opened, block.data(), block.size());
     if (count < 0) return std::nullopt;
@@ -42,7 +40,7 @@ std::optional<std::vector<member_content>> contents_of(const std::string& path) 
   if (!file.is_open()) return std::nullopt;
   const open_archive opened(archive_read_new(), archive_read_free);
   archive_read_support_format_tar(opened.get());
-  if (archive_read_open_fd(opened.get(), file.number(), BLOCK_SIZE) != ARCHIVE_OK) {
+  if (archive_read_open_fd(opened.get(), file.number(), ARCHIVE_BLOCK) != ARCHIVE_OK) {
     return std::nullopt;
   }
   std::vector<member_content> contents;

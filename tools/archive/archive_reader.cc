@@ -18,7 +18,6 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t BLOCK_SIZE = 65'536;
 constexpr off_t TAR_BLOCK = 512;
 
 using open_archive = std::unique_ptr<archive, int (*)(archive*)>;
@@ -173,7 +172,7 @@ archive_content read_archive(const std::string& path, std::string_view wanted) {
 
   const open_archive opened(archive_read_new(), archive_read_free);
   archive_read_support_format_tar(opened.get());
-  if (archive_read_open_fd(opened.get(), file.number(), BLOCK_SIZE) != ARCHIVE_OK) {
+  if (archive_read_open_fd(opened.get(), file.number(), ARCHIVE_BLOCK) != ARCHIVE_OK) {
     return failed(archive_fault::NOT_READABLE, text_of(archive_error_string(opened.get())));
   }
   archive_content content;

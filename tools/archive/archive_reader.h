@@ -13,10 +13,16 @@ namespace morvane {
 
 // More members, or more bytes in their names, are not read: no command takes so many names.
 inline constexpr std::size_t MOST_MEMBERS = 500'000;
-inline constexpr std::size_t MOST_NAME_BYTES = 64 * 1024 * 1024;
+inline constexpr std::size_t MOST_NAME_BYTES = 64UL * 1024 * 1024;
+
+// The file of a product that makes its parts.
+inline constexpr std::string_view PRODUCT_MAKEFILE = "install/Makefile";
+
+// So many bytes of an archive are read at a time.
+inline constexpr std::size_t ARCHIVE_BLOCK = 65'536;
 
 // No more of the content of a member is kept.
-inline constexpr std::size_t MOST_CONTENT = 1024 * 1024;
+inline constexpr std::size_t MOST_CONTENT = 1024UL * 1024;
 
 enum class member_kind { FILE, DIRECTORY, LINK, HARD_LINK, OTHER };
 

@@ -16,7 +16,7 @@
 namespace morvane {
 
 // A longer description is not read.
-inline constexpr std::size_t LONGEST_DESCRIPTION = 1024 * 1024;
+inline constexpr std::size_t LONGEST_DESCRIPTION = 1024UL * 1024;
 
 struct located_entry {
   place_in_file place;

@@ -33,10 +33,6 @@ bool is_on_path(const string& tool) {
   });
 }
 
-bool is_number(const string& name) {
-  return !name.empty() && name.find_first_not_of(DIGITS) == string::npos;
-}
-
 // Tells whether this user, who is not the superuser, belongs to a group.
 bool belongs_to(const string& name) {
   const group* found = getgrnam(name.c_str());
@@ -107,14 +103,14 @@ bool check_directory(const product_facts& facts, std::vector<plan_finding>& find
 }
 
 void check_owner(const product_facts& facts, std::vector<plan_finding>& findings) {
-  if (facts.superuser && !find_user(facts.owner) && !is_number(facts.owner)) {
+  if (facts.superuser && !find_user(facts.owner) && !is_digits(facts.owner)) {
     find(findings, severity::ERROR, "user-unknown", facts,
          "the host knows no user " + quoted(facts.owner));
   }
-  if (!group_exists(facts.group) && !is_number(facts.group)) {
+  if (!group_exists(facts.group) && !is_digits(facts.group)) {
     find(findings, severity::ERROR, "group-unknown", facts,
          "the host knows no group " + quoted(facts.group));
-  } else if (!acts_as_superuser() && !is_number(facts.group) && !belongs_to(facts.group)) {
+  } else if (!acts_as_superuser() && !is_digits(facts.group) && !belongs_to(facts.group)) {
     find(findings, severity::ERROR, "group-foreign", facts,
          "you do not belong to the group " + quoted(facts.group));
   }

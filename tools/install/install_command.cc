@@ -45,7 +45,7 @@ bool take_format(const std::string& name, install_options& options) {
 }
 
 bool take_jobs(const std::string& count, std::size_t& jobs) {
-  if (count.empty() || count.find_first_not_of(DIGITS) != std::string::npos) return false;
+  if (!is_digits(count)) return false;
   jobs = static_cast<std::size_t>(number_or_zero(count));
   return jobs > 0;
 }

@@ -29,7 +29,6 @@ namespace {
 using std::string;
 using std::string_view;
 
-constexpr string_view MAKEFILE = "install/Makefile";
 constexpr std::uint64_t BLOCK = 4096;
 
 // What lint finds in an archive and make does not stumble over; links are looked at on the disk.
@@ -41,21 +40,17 @@ std::optional<string> content_of(const string& path) {
   return file.is_open() ? read_rest(file) : std::nullopt;
 }
 
-bool is_number(string_view name) {
-  return !name.empty() && name.find_first_not_of(DIGITS) == string_view::npos;
-}
-
 // Return the number of a user or group of that name, as find(1) takes it.
 std::optional<std::uint64_t> user_number(const std::optional<string>& name) {
   if (!name) return std::nullopt;
   if (const passwd* found = getpwnam(name->c_str())) return found->pw_uid;
-  return is_number(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
+  return is_digits(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
 }
 
 std::optional<std::uint64_t> group_number(const std::optional<string>& name) {
   if (!name) return std::nullopt;
   if (const group* found = getgrnam(name->c_str())) return found->gr_gid;
-  return is_number(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
+  return is_digits(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
 }
 
 // Returns all places of a tree but its top, with their paths.
@@ -116,7 +111,7 @@ class product_planner {
     archive_tree tree;
     for (const archive_member& member : content.members) tree.add(member);
     for (const auto& [path, place] : places_in(tree)) {
-      if (path == MAKEFILE) {
+      if (path == PRODUCT_MAKEFILE) {
         if (kind_at(path)) plan_.replaced.push_back(path);
         continue;  // it is used up
       }
@@ -205,7 +200,7 @@ class product_planner {
     }
     const string prepared = "install/" + facts_.id + ".make";
     const bool is_prepared = kind_at(prepared).has_value();
-    if (facts_.is_new ? brings_makefile_ || kind_at(string(MAKEFILE)) : !is_prepared) {
+    if (facts_.is_new ? brings_makefile_ || kind_at(string(PRODUCT_MAKEFILE)) : !is_prepared) {
       if (has_makefile()) lay_out_copy(prepared, std::nullopt);
     }
   }
@@ -231,7 +226,7 @@ class product_planner {
     }
   }
 
-  bool has_makefile() const { return brings_makefile_ || kind_at(string(MAKEFILE)); }
+  bool has_makefile() const { return brings_makefile_ || kind_at(string(PRODUCT_MAKEFILE)); }
 
   void check_makefile_of_parts() {
     if (facts_.targets.empty() || has_makefile() || kind_at("install/" + facts_.id + ".make")) {

@@ -3,6 +3,8 @@
 #include <cctype>
 #include <string>
 
+#include "lint/spelling.h"
+
 namespace morvane {
 
 namespace {
@@ -15,11 +17,7 @@ bool is_of_word(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
-char small(char c) {
-  return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
-
-std::string small(std::string_view text) {
+std::string in_small_letters(std::string_view text) {
   std::string result;
   for (const char c : text) result += small(c);
   return result;
@@ -36,7 +34,7 @@ bool are_different_letters(std::string_view letters) {
 }
 
 std::set<std::size_t> answers_named(std::string_view text, std::string_view letters) {
-  const std::string answers = small(letters);
+  const std::string answers = in_small_letters(letters);
   std::set<std::size_t> named;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool alone =

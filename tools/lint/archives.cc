@@ -23,7 +23,6 @@ using std::string;
 using std::string_view;
 
 // Used up by each installation.
-constexpr string_view MAKEFILE = "install/Makefile";
 
 constexpr std::size_t LISTED_AHEAD = 3;
 
@@ -99,7 +98,7 @@ class archive_checks {
   void check_shared(const archived_product& one, const archived_product& other) {
     std::vector<string> shared;
     std::ranges::set_intersection(one.files, other.files, std::back_inserter(shared));
-    std::erase(shared, MAKEFILE);
+    std::erase(shared, PRODUCT_MAKEFILE);
     if (shared.empty()) return;
     add("files-shared", *other.product,
         quoted(shared[0]) +

@@ -188,7 +188,7 @@ class message_checks {
 
   void check_number(int number) {
     const string_view text = file_.text(number);
-    if (!text.empty() && text.find_first_not_of(DIGITS) == string_view::npos) return;
+    if (is_digits(text)) return;
     add("message-number", file_.place(number),
         quoted(text) + " is no number: the program takes it for " +
             std::to_string(number_or_zero(text)) + "; write digits alone");

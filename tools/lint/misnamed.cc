@@ -1,10 +1,10 @@
 #include "lint/misnamed.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstddef>
 #include <span>
+
+#include "lint/spelling.h"
 
 namespace morvane {
 
@@ -21,10 +21,6 @@ constexpr auto ARCHIVE_ENDINGS = std::to_array<string_view>(
 constexpr auto MESSAGE_ENDINGS =
     std::to_array<string_view>({".rsc", ".rsc.txt", ".rsc.in", ".rsc~", ".rsc.bak", ".rcs"});
 
-char small(char c) {
-  return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
-
 string find_file(string_view stem, std::span<const string_view> endings,
                  const std::vector<string>& files) {
   for (const string& file : files) {
@@ -36,10 +32,6 @@ string find_file(string_view stem, std::span<const string_view> endings,
 }
 
 }  // namespace
-
-bool is_same_but_for_capitals(string_view a, string_view b) {
-  return std::ranges::equal(a, b, {}, small, small);
-}
 
 string misnamed_description(string_view identifier, const std::vector<string>& files) {
   return find_file(identifier, DESCRIPTION_ENDINGS, files);

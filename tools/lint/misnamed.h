@@ -17,9 +17,6 @@ std::string misnamed_archive(std::string_view identifier, const std::vector<std:
 // Returns which of `files` is meant for the message file; empty where there is none.
 std::string misnamed_messages(const std::vector<std::string>& files);
 
-// Tells whether two names differ in nothing but capitals.
-bool is_same_but_for_capitals(std::string_view a, std::string_view b);
-
 }  // namespace morvane
 
 #endif  // MORVANE_LINT_MISNAMED_H

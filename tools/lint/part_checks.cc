@@ -4,8 +4,9 @@
 #include <string_view>
 #include <vector>
 
+#include "archive/archive_reader.h"
 #include "lint/makefile_targets.h"
-#include "lint/misnamed.h"
+#include "lint/spelling.h"
 #include "report/finding.h"
 
 namespace morvane {
@@ -15,8 +16,6 @@ namespace {
 using std::string;
 using std::string_view;
 
-constexpr string_view MAKEFILE = "install/Makefile";
-
 // Returns the member that is meant for the makefile, if there is one: it has other capitals, lies
 // at the top, or below another directory.
 string misplaced_makefile(const archive_content& content) {
@@ -25,7 +24,7 @@ string misplaced_makefile(const archive_content& content) {
     string name = joined_name(parts);
     const bool at_top = parts.size() == 1 && name == "Makefile";
     const bool deeper = parts.size() == 3 && name.ends_with("/install/Makefile");
-    if (at_top || deeper || is_same_but_for_capitals(name, MAKEFILE) ||
+    if (at_top || deeper || is_same_but_for_capitals(name, PRODUCT_MAKEFILE) ||
         is_same_but_for_capitals(name, "install/GNUmakefile")) {
       return name;
     }
@@ -71,7 +70,7 @@ class part_checks {
     findings_.add(id, product_.description.file, place, text);
   }
 
-  string where() const { return string(MAKEFILE) + " of " + archive_; }
+  string where() const { return string(PRODUCT_MAKEFILE) + " of " + archive_; }
 
   void add_missing(const morvane::product& record) {
     const string meant = misplaced_makefile(content_);
@@ -82,7 +81,7 @@ class part_checks {
               ": the installation fails there; add it, or remove the parts");
       return;
     }
-    const string beyond = "/" + string(MAKEFILE);
+    const string beyond = "/" + string(PRODUCT_MAKEFILE);
     add("makefile-misplaced",
         "install/Makefile is missing, and " + quoted(meant) + " looks like it: " +
             (meant.ends_with(beyond)

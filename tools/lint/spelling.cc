@@ -10,12 +10,15 @@ namespace {
 
 constexpr std::size_t FARTHEST = 2;
 
-bool differ_in_capitals_alone(std::string_view a, std::string_view b) {
-  return std::ranges::equal(
-      a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
+}  // namespace
+
+char small(char c) {
+  return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
 }
 
-}  // namespace
+bool is_same_but_for_capitals(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, small, small);
+}
 
 std::size_t edit_distance(std::string_view a, std::string_view b) {
   std::vector<std::vector<std::size_t>> distance(a.size() + 1,
@@ -39,7 +42,7 @@ std::size_t edit_distance(std::string_view a, std::string_view b) {
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> words) {
   for (const std::string_view each : words) {
-    if (differ_in_capitals_alone(word, each)) return each;
+    if (is_same_but_for_capitals(word, each)) return each;
   }
   std::string_view found;
   std::size_t least = std::min(FARTHEST + 1, word.size());

@@ -8,6 +8,12 @@
 
 namespace morvane {
 
+// Returns the small letter of a capital, and everything else as it is.
+char small(char c);
+
+// Tells whether two words differ in nothing but capitals.
+bool is_same_but_for_capitals(std::string_view a, std::string_view b);
+
 // Returns how many letters have to be put in, left out, replaced, or exchanged with their neighbour
 // to make `b` of `a`.
 std::size_t edit_distance(std::string_view a, std::string_view b);

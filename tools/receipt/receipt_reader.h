@@ -11,7 +11,7 @@
 
 namespace morvane {
 
-inline constexpr std::size_t LONGEST_RECEIPT = 256 * 1024 * 1024;
+inline constexpr std::size_t LONGEST_RECEIPT = 256UL * 1024 * 1024;
 
 struct receipt_fault {
   std::size_t line = 0;

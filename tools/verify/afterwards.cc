@@ -24,8 +24,6 @@ namespace morvane {
 
 namespace {
 
-constexpr std::string_view PRODUCT_MAKEFILE = "install/Makefile";
-
 std::optional<std::string> file_content(const std::string& path) {
   const descriptor file = open_for_reading(path);
   return file.is_open() ? read_rest(file) : std::nullopt;

@@ -31,10 +31,10 @@ class saver {
   saver(const command& described, const std::string& registry)
       : described_(described), registry_(registry) {}
 
-  exit_status save(const std::vector<std::string>& identifiers) {
+  exit_status save(const std::vector<std::string>& ids) {
     const auto makefile = read_makefile();
     if (!makefile) return exit_status::WRONG_USE;
-    for (const std::string& id : identifiers) {
+    for (const std::string& id : ids) {
       if (std::ranges::find(makefile->products, id, &product_facts::id) ==
           makefile->products.end()) {
         complain(described_, std::string(MAKEFILE) + " does not install '" + printable(id) + "'");
@@ -45,20 +45,19 @@ class saver {
       complain(described_, "there is no message file, for the keywords of descriptions");
       return exit_status::WRONG_USE;
     }
-    return save(*makefile, identifiers);
+    return save(*makefile, ids);
   }
 
  private:
   // All that is installed is told of before any receipt is kept: products share directories.
-  exit_status save(const install_makefile& makefile, const std::vector<std::string>& identifiers) {
+  exit_status save(const install_makefile& makefile, const std::vector<std::string>& ids) {
     std::vector<std::string> directories;
     for (const product_facts& facts : makefile.products) directories.push_back(facts.path + "/");
     store_ = load_receipts(registry_, directories);
     const std::size_t earlier = store_.receipts.size();
     exit_status status = exit_status::GOOD;
     for (const product_facts& facts : makefile.products) {
-      const bool wanted =
-          identifiers.empty() || std::ranges::find(identifiers, facts.id) != identifiers.end();
+      const bool wanted = ids.empty() || std::ranges::find(ids, facts.id) != ids.end();
       status = std::max(status, tell_of(facts, wanted));
     }
     put_in_order(earlier);
@@ -150,8 +149,8 @@ class saver {
 }  // namespace
 
 exit_status save_receipts(const command& described, const std::string& registry,
-                          const std::vector<std::string>& identifiers) {
-  return saver(described, registry).save(identifiers);
+                          const std::vector<std::string>& ids) {
+  return saver(described, registry).save(ids);
 }
 
 }  // namespace morvane

@@ -11,10 +11,10 @@
 namespace morvane {
 
 // Keeps a receipt of each product that install.mk in the current directory installs and that has
-// none yet; only of those that `identifiers` names, if it names any. Says on standard error what
+// none yet; only of those that `ids` names, if it names any. Says on standard error what
 // becomes of each.
 exit_status save_receipts(const command& described, const std::string& registry,
-                          const std::vector<std::string>& identifiers);
+                          const std::vector<std::string>& ids);
 
 }  // namespace morvane
 

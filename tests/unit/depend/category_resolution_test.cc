@@ -5,6 +5,7 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace morvane {
 namespace {
@@ -13,7 +14,6 @@ const std::string ANNOUNCEMENT =
     "\n<260> 'app', <261> 'main', <262> <263> 'DB' <264>:\n       a database\n\n";
 const std::string TYPES = "\n<266> 'DB' <267> 'app'.\nsql, flat : (sql) ";
 const std::string WHERE = "\n<270> 'DB' <271>:\n";
-const std::string ACCEPT = "<277> <35>\n";
 const std::string ACCEPT_MISMATCH = "<276> <35>\n";
 const std::string OVERFLOW_TEXT = "morvane: More than 50 product entries, array overflow";
 

@@ -5,6 +5,7 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace morvane {
 namespace {
@@ -38,7 +39,6 @@ outcome offer(const product& record, std::optional<std::string_view> target = "m
 }
 
 const std::string HEADING = "\n<260> 'app', <261> 'main', <268> 'DB' <264>:\n\n";
-const std::string ACCEPT = "<277> <35>\n";
 
 TEST(Candidate, IsShownAndAskedAbout) {
   const outcome seen = offer(candidate());

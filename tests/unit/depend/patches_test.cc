@@ -5,11 +5,11 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace morvane {
 namespace {
 
-const std::string ACCEPT = "<277> <35>\n";
 const std::string LEAVE_OPEN = "<289> <35>\n";
 
 // What the candidates differ in from the patch, by letter.

@@ -15,7 +15,7 @@ std::string own_name(kind what) {
 }
 
 // A new product without description whose owner and group are somebody else's.
-product foreign_product() {
+product undescribed_product() {
   product record;
   record.install = product_state::CONFIGURED;
   record.owner = "somebody else";
@@ -56,13 +56,13 @@ INSTANTIATE_TEST_SUITE_P(Of, LeftFiles, testing::Values(kind::OWNER, kind::GROUP
                          });
 
 TEST_P(LeftFiles, AreHandedOnToSomebodyElse) {
-  EXPECT_TRUE(handed_on(foreign_product(), GetParam()));
+  EXPECT_TRUE(handed_on(undescribed_product(), GetParam()));
 }
 
 TEST_P(LeftFiles, AreThoseOfNewProductsOnly) {
   for (const auto state : {product_state::AVAILABLE, product_state::SELECTED,
                            product_state::INSTALLED, product_state::SELECTED_FOR_RECONFIGURATION}) {
-    product record = foreign_product();
+    product record = undescribed_product();
     record.install = state;
     EXPECT_FALSE(handed_on(record, GetParam())) << shown(state);
   }
@@ -70,20 +70,20 @@ TEST_P(LeftFiles, AreThoseOfNewProductsOnly) {
 
 TEST_P(LeftFiles, AreNotThoseOfDescribedProducts) {
   for (const int available : {-1, NO_DESCRIPTION, FIXED_LISTS, DESCRIBED, 3}) {
-    product record = foreign_product();
+    product record = undescribed_product();
     record.descr_avail = available;
     EXPECT_EQ(handed_on(record, GetParam()), available <= 1) << available;
   }
 }
 
 TEST_P(LeftFiles, StayWhereTheNameIsTheSame) {
-  product record = foreign_product();
+  product record = undescribed_product();
   settled(record) = own_;
   EXPECT_FALSE(handed_on(record, GetParam()));
 }
 
 TEST_P(LeftFiles, StayWhereTheNameIsFixedBeforeTheFirstEmptyEntry) {
-  product record = foreign_product();
+  product record = undescribed_product();
   fixed(record)[1] = own_;
   EXPECT_TRUE(handed_on(record, GetParam()));
   fixed(record)[0] = "another";
@@ -91,7 +91,7 @@ TEST_P(LeftFiles, StayWhereTheNameIsFixedBeforeTheFirstEmptyEntry) {
 }
 
 TEST_P(LeftFiles, StayWhereTheLastOfTenNamesIsTheOwn) {
-  product record = foreign_product();
+  product record = undescribed_product();
   fixed(record).fill("another");
   EXPECT_TRUE(handed_on(record, GetParam()));
   fixed(record)[9] = own_;
@@ -106,7 +106,7 @@ TEST_P(LeftFiles, StayWhereAWantedTargetFixesTheName) {
                {target_state::WANTED, false},
                {target_state::RESOLVED, false}};
   for (const auto& [state, expected] : cases) {
-    product record = foreign_product();
+    product record = undescribed_product();
     add_target(record, "first", target_state::RESOLVED);
     fixed(add_target(record, "main", state)) = own_;
     record.target_dep[11] = std::move(record.target_dep[1]);
@@ -116,13 +116,13 @@ TEST_P(LeftFiles, StayWhereAWantedTargetFixesTheName) {
 
 TEST_P(LeftFiles, TheNamesOfATargetAreWords) {
   for (const char separator : {' ', '\t', '\r', '\f', '\v', '\n', ','}) {
-    product record = foreign_product();
+    product record = undescribed_product();
     fixed(add_target(record, "main", target_state::WANTED)) =
         std::string("another") + separator + own_;
     const bool separates = separator != '\n' && separator != ',';
     EXPECT_EQ(handed_on(record, GetParam()), !separates) << static_cast<int>(separator);
   }
-  product record = foreign_product();
+  product record = undescribed_product();
   fixed(add_target(record, "main", target_state::WANTED)) = own_ + "x x" + own_;
   EXPECT_TRUE(handed_on(record, GetParam()));
 }
@@ -130,8 +130,8 @@ TEST_P(LeftFiles, TheNamesOfATargetAreWords) {
 // Returns what is handed on, and from whom.
 std::string handed_on_from() {
   std::string owner = "unset", group = "unset";
-  const bool owners = check_uid_diff(foreign_product(), owner);
-  const bool groups = check_gid_diff(foreign_product(), group);
+  const bool owners = check_uid_diff(undescribed_product(), owner);
+  const bool groups = check_gid_diff(undescribed_product(), group);
   return std::string(owners ? "owners of " : "no owners, ") + owner +
          (groups ? ", groups of " : ", no groups, ") + group;
 }

@@ -9,6 +9,7 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace {
 
@@ -270,10 +271,6 @@ std::string head_of(const std::string& directory, const std::string& products) {
   return HEAD + directory + "\n\n\ninstall:        products\n\nproducts:" + products + "\n";
 }
 
-std::string missing(const std::string& file) {
-  return "morvane : warning : installation file './" + file + "' missing.\n";
-}
-
 // A directory with the files of the new product "app" that is to be installed.
 class distribution {
  public:
@@ -318,10 +315,6 @@ class distribution {
   product& app = add_product(table, "app", product_state::CONFIGURED);
 };
 
-bool contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 // Returns the rules of `makefile` for "app", such as "message new tar".
 std::string rules_of(const std::string& makefile) {
   std::string rules;
@@ -341,7 +334,7 @@ TEST(Makefile, InstallsANewProduct) {
   const outcome seen = d.write();
   EXPECT_EQ(read_file("install.mk"), head_of(d.path(), " app") + NEW_PRODUCT + TAIL);
   EXPECT_EQ(seen.out, "");
-  EXPECT_EQ(seen.err, missing("morvane.SunOS4") + missing("morvane.SunOS5"));
+  EXPECT_EQ(seen.err, missing_file("morvane.SunOS4") + missing_file("morvane.SunOS5"));
 }
 
 TEST(Makefile, OfAnOrdinaryUserChangesNoOwners) {
@@ -483,8 +476,8 @@ TEST(Makefile, AsksForTheHostOnceAndThenForTheFilesOfEachProduct) {
     return "";
   });
   EXPECT_EQ(seen.err, "morvane : warning : failed to get current operating system.\n" +
-                          missing("other.dat") + missing("morvane.SunOS4") +
-                          missing("morvane.SunOS5") + missing("other.dat"));
+                          missing_file("other.dat") + missing_file("morvane.SunOS4") +
+                          missing_file("morvane.SunOS5") + missing_file("other.dat"));
 }
 
 TEST(Makefile, KeepsTheAccessOfOtherUsers) {
@@ -512,9 +505,9 @@ TEST(Makefile, LeavesMissingFilesOut) {
     std::filesystem::remove(file);
   }
   std::filesystem::create_directory("Makefile");
-  EXPECT_EQ(d.write().err, missing("morvane.rsc") + missing("morvane.SunOS4") +
-                               missing("morvane.SunOS5") + missing("Makefile") +
-                               missing("app.descr") + missing("app.dat"));
+  EXPECT_EQ(d.write().err, missing_file("morvane.rsc") + missing_file("morvane.SunOS4") +
+                               missing_file("morvane.SunOS5") + missing_file("Makefile") +
+                               missing_file("app.descr") + missing_file("app.dat"));
   const std::string text = read_file("install.mk");
   EXPECT_FALSE(contains(text, "diff"));
   EXPECT_TRUE(contains(text, "\napp-dat-file: app-inst-dir\n\n\napp-inst-dir:\n"));
@@ -536,7 +529,7 @@ TEST(Makefile, TakesNamesAsTheyStand) {
   d.app.name = "{} %s";
   EXPECT_TRUE(contains(d.written(), "\techo \"** making '{owner}' for '{} %s'\"\n"));
   d.app.id = "x; touch evil; #";
-  EXPECT_TRUE(contains(d.write().err, missing("x; touch evil; #.dat")));
+  EXPECT_TRUE(contains(d.write().err, missing_file("x; touch evil; #.dat")));
   EXPECT_FALSE(std::filesystem::exists("evil"));
 }
 

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace morvane {
 namespace {
@@ -38,10 +39,6 @@ class app_facts {
   product app;
   product_facts facts;
 };
-
-bool contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
 
 // Returns the rule `name` of `text`, up to the first empty line.
 std::string rule_of(const std::string& text, const std::string& name) {

@@ -5,6 +5,7 @@
 #include "support/child.h"
 #include "support/messages.h"
 #include "support/records.h"
+#include "support/texts.h"
 
 namespace morvane {
 namespace {
@@ -15,10 +16,6 @@ product described_product(product_state state) {
   record.install = state;
   record.descr_avail = DESCRIBED;
   return record;
-}
-
-std::string missing(const std::string& file) {
-  return "morvane : warning : installation file './" + file + "' missing.\n";
 }
 
 std::string in_lines(const std::vector<std::string>& words) {
@@ -38,31 +35,32 @@ TEST(ProductFacts, TellWhichFilesAreThereAndReportTheOthersInOrder) {
   const outcome nothing = files_of(record);
   EXPECT_EQ(nothing.result, "");
   EXPECT_EQ(nothing.out, "");
-  EXPECT_EQ(nothing.err, missing("morvane.rsc") + missing("morvane.SunOS4") +
-                             missing("morvane.SunOS5") + missing("Makefile") +
-                             missing("app.descr") + missing("app.dat"));
+  EXPECT_EQ(nothing.err, missing_file("morvane.rsc") + missing_file("morvane.SunOS4") +
+                             missing_file("morvane.SunOS5") + missing_file("Makefile") +
+                             missing_file("app.descr") + missing_file("app.dat"));
   for (const char* file : {"app.dat", "Makefile", "morvane.SunOS5"}) write_file(file, "");
   const outcome some = files_of(record);
   EXPECT_EQ(some.result, "morvane.SunOS5\nMakefile\napp.dat\n");
-  EXPECT_EQ(some.err, missing("morvane.rsc") + missing("morvane.SunOS4") + missing("app.descr"));
+  EXPECT_EQ(some.err, missing_file("morvane.rsc") + missing_file("morvane.SunOS4") +
+                          missing_file("app.descr"));
 }
 
 TEST(ProductFacts, OnlyTheFilesThatAreCopiedAreLookedFor) {
   const scratch_directory directory;
   product record = described_product(product_state::SELECTED_FOR_RECONFIGURATION);
-  EXPECT_EQ(files_of(record).err, missing("app.dat"));
+  EXPECT_EQ(files_of(record).err, missing_file("app.dat"));
   record.descr_avail = NO_DESCRIPTION;
   EXPECT_EQ(files_of(record).err, "");
   record.install = product_state::CONFIGURED;
-  EXPECT_EQ(files_of(record).err, missing("morvane.rsc") + missing("morvane.SunOS4") +
-                                      missing("morvane.SunOS5") + missing("Makefile"));
+  EXPECT_EQ(files_of(record).err, missing_file("morvane.rsc") + missing_file("morvane.SunOS4") +
+                                      missing_file("morvane.SunOS5") + missing_file("Makefile"));
 }
 
 TEST(ProductFacts, ADirectoryIsNoFile) {
   const scratch_directory directory;
   std::filesystem::create_directory("app.dat");
   const product record = described_product(product_state::SELECTED_FOR_RECONFIGURATION);
-  EXPECT_EQ(files_of(record).err, missing("app.dat"));
+  EXPECT_EQ(files_of(record).err, missing_file("app.dat"));
 }
 
 TEST(ProductFacts, OnlySunOS5IsToldNotToFollowLinks) {

@@ -10,14 +10,14 @@
 namespace morvane {
 namespace {
 
-const std::string HEAD = "# <141>\n# <142>\n#\n# <143> @(#)morvane\t1.20\t95/06/08 \n\n";
+const std::string SETTINGS_HEAD = "# <141>\n# <142>\n#\n# <143> @(#)morvane\t1.20\t95/06/08 \n\n";
 const std::string HOST = "HOST_OS = SunOS5\n";
 const std::string PRODUCT =
     "PRODUCT_NAME = app\nPRODUCT_PATH = /opt/app\nPRODUCT_OWNER = me\nPRODUCT_GROUP = us\n"
     "PRODUCT_ACCESS = 1\nPRODUCT_VERSION = 2.1, patch 3\n";
 const std::string DB_LINES = "DB_NAME = db\nDB_PATH = /opt/db\nDB_TYPE = sql\nDB_VERSION = 1.0\n";
 
-std::string missing(const std::string& category) {
+std::string missing_supplier(const std::string& category) {
   return "morvane : product pointer for dependency missing for category " + category +
          " while installing app";
 }
@@ -54,7 +54,7 @@ TEST(SettingsFile, TellsWhatWasSettled) {
   const scratch_directory directory;
   app_and_db products;
   const outcome seen = products.write();
-  EXPECT_EQ(read_file("app.dat"), HEAD + HOST + PRODUCT);
+  EXPECT_EQ(read_file("app.dat"), SETTINGS_HEAD + HOST + PRODUCT);
   EXPECT_EQ(seen.written(), "");
   EXPECT_TRUE(seen.returned);
 }
@@ -75,7 +75,7 @@ TEST(SettingsFile, PrefersTheFullName) {
   app_and_db products;
   const auto name_line = [&] {
     products.write();
-    const std::string rest = read_file("app.dat").substr(HEAD.size() + HOST.size());
+    const std::string rest = read_file("app.dat").substr(SETTINGS_HEAD.size() + HOST.size());
     return rest.substr(0, rest.find('\n'));
   };
   products.app.full_name = "The App";
@@ -121,7 +121,7 @@ TEST(SettingsFile, TellsTheSuppliersOfResolvedTargetsInOrder) {
   products.app.target_dep[11] = std::move(products.app.target_dep[2]);
   const outcome seen = products.write();
   EXPECT_EQ(read_file("app.dat"),
-            HEAD + HOST + PRODUCT + DB_LINES +
+            SETTINGS_HEAD + HOST + PRODUCT + DB_LINES +
                 "LIB_NAME = app\nLIB_PATH = /opt/app\nLIB_TYPE = \nLIB_VERSION = 2.1, patch 3\n" +
                 DB_LINES);
   EXPECT_EQ(seen.err, "");
@@ -143,8 +143,8 @@ TEST(SettingsFile, ASupplierMustBeOnTheHost) {
     products.db.install = state;
     add_category(add_target(products.app, "main", target_state::RESOLVED), "DB", &products.db);
     const outcome seen = products.write();
-    EXPECT_EQ(read_file("app.dat"), HEAD + HOST + PRODUCT + (written ? DB_LINES : ""));
-    EXPECT_EQ(seen.err, written ? "" : missing("DB")) << shown(state);
+    EXPECT_EQ(read_file("app.dat"), SETTINGS_HEAD + HOST + PRODUCT + (written ? DB_LINES : ""));
+    EXPECT_EQ(seen.err, written ? "" : missing_supplier("DB")) << shown(state);
   }
 }
 
@@ -155,8 +155,8 @@ TEST(SettingsFile, AMissingSupplierDoesNotEndTheWalk) {
   add_category(target, "ONE");
   add_category(target, "TWO");
   add_category(target, "DB", &products.db);
-  EXPECT_EQ(products.write().err, missing("ONE") + missing("TWO"));
-  EXPECT_EQ(read_file("app.dat"), HEAD + HOST + PRODUCT + DB_LINES);
+  EXPECT_EQ(products.write().err, missing_supplier("ONE") + missing_supplier("TWO"));
+  EXPECT_EQ(read_file("app.dat"), SETTINGS_HEAD + HOST + PRODUCT + DB_LINES);
 }
 
 TEST(SettingsFile, AnUnknownHostIsWarnedOfAndEmpty) {
@@ -169,7 +169,7 @@ TEST(SettingsFile, AnUnknownHostIsWarnedOfAndEmpty) {
     return "";
   });
   EXPECT_EQ(seen.err, "morvane : warning : failed to get current operating system.\n");
-  EXPECT_EQ(read_file("app.dat"), HEAD + "HOST_OS = \n" + PRODUCT);
+  EXPECT_EQ(read_file("app.dat"), SETTINGS_HEAD + "HOST_OS = \n" + PRODUCT);
 }
 
 TEST(SettingsFile, ThatCannotBeOpenedEndsTheProgramBeforeTheHostIsAskedFor) {
@@ -194,7 +194,7 @@ TEST(SettingsFile, AnExistingOneIsEmptiedAndKeepsItsMode) {
   std::filesystem::permissions("app.dat", static_cast<std::filesystem::perms>(0640));
   app_and_db products;
   products.write();
-  EXPECT_EQ(read_file("app.dat"), HEAD + HOST + PRODUCT);
+  EXPECT_EQ(read_file("app.dat"), SETTINGS_HEAD + HOST + PRODUCT);
   EXPECT_EQ(std::filesystem::status("app.dat").permissions(),
             static_cast<std::filesystem::perms>(0640));
 }

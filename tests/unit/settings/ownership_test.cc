@@ -68,7 +68,7 @@ TEST(ShortProductName, PrefersTheName) {
   EXPECT_EQ(short_product_name(record), "name");
 }
 
-std::string special_line(const std::string& name) {
+std::string special_name(const std::string& name) {
   return "morvane : error : name '" + name +
          "' holds characters that make or the shell would interpret\n";
 }
@@ -79,7 +79,7 @@ TEST(Owner, WithSpecialCharactersIsUnknown) {
   EXPECT_EQ(seen.out,
             "\n<30> 'app' : <31> 'x$' !\n<30> 'app' : <31> 'x^x' !\n<30> 'app' : <31> '$' !\n"
             "<30> 'app' : ");
-  EXPECT_EQ(seen.err, special_line("x$") + special_line("x^x"));
+  EXPECT_EQ(seen.err, special_name("x$") + special_name("x^x"));
 }
 
 TEST(Owner, WithSpecialCharactersIsNoDefault) {
@@ -95,7 +95,7 @@ TEST(Group, WithSpecialCharactersIsUnknownAndNoDefault) {
   products.app().group = "x$";
   const outcome seen = settle_group("x$\n" + own_group() + "\n", products);
   EXPECT_EQ(seen.out, "\n<32> 'app' : <33> 'x$' !\n<32> 'app' : ");
-  EXPECT_EQ(seen.err, special_line("x$"));
+  EXPECT_EQ(seen.err, special_name("x$"));
 }
 
 TEST(Owner, IsAskedForWithoutDefault) {

@@ -29,7 +29,7 @@ std::string with_default(const std::string& proposal) {
   return "Where:\n(" + proposal + ") \n";
 }
 
-std::string special_line(const std::string& path) {
+std::string special_path(const std::string& path) {
   return "morvane : error : path '" + path +
          "' holds characters that make or the shell would interpret\n";
 }
@@ -146,17 +146,17 @@ TEST(PathQuestion, AnUnknownUserIsAskedAgainWhateverTheDemands) {
 TEST(PathQuestion, SpecialCharactersAreRefusedOnce) {
   for (const char* path : {"/tmp/a b", "/tmp/$x", "/tmp/x;y", "/a:b", "/a\tb", "/a\177"}) {
     const outcome seen = ask(std::string(path) + "//\n/tmp\n");
-    EXPECT_EQ(seen.err, special_line(path));
+    EXPECT_EQ(seen.err, special_path(path));
     EXPECT_EQ(seen.out, QUESTION + NOT_ABSOLUTE + QUESTION);
   }
-  EXPECT_EQ(ask("\n/tmp\n", "/a b").err, special_line("/a b"));
+  EXPECT_EQ(ask("\n/tmp\n", "/a b").err, special_path("/a b"));
   EXPECT_EQ(ask("/tmp/\xc3\xa4\n").result, "/tmp/\xc3\xa4 missing");
 }
 
 TEST(PathQuestion, AHomeDirectoryIsTestedOnceItIsExpanded) {
   const passwd* self = getpwuid(getuid());
   if (self == nullptr || self->pw_dir[0] != '/') GTEST_SKIP() << "the user has no home directory";
-  EXPECT_EQ(ask("~//a b/\n/tmp\n").err, special_line(normalise_path(self->pw_dir) + "/a b"));
+  EXPECT_EQ(ask("~//a b/\n/tmp\n").err, special_path(normalise_path(self->pw_dir) + "/a b"));
 }
 
 TEST(PathQuestion, TakesPathsOf127Bytes) {
@@ -169,7 +169,7 @@ TEST(PathQuestion, TakesPathsOf127Bytes) {
   EXPECT_EQ(seen.err, "");
   const outcome both = ask(longest + "y;\n/tmp\n");
   EXPECT_EQ(both.out, QUESTION + NOT_ABSOLUTE + QUESTION);
-  EXPECT_EQ(both.err, special_line(longest + "y;"));
+  EXPECT_EQ(both.err, special_path(longest + "y;"));
 }
 
 TEST(PathQuestion, AMissingDirectoryIsToldOf) {
