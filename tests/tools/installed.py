@@ -133,11 +133,19 @@ class Host:
         if done.returncode != 0:
             raise AssertionError(f"make: {done.stdout}{done.stderr}")
 
-    def install(self, products):
-        """Installs by make alone, and makes receipts afterwards."""
-        self.configure(products)
+    def make_and_save_receipts(self):
+        """Installs what is configured by make alone, and makes receipts afterwards."""
         self.make()
         self.verify("-C", self.distribution, "--save", check=0)
+
+    def install_with_receipts(self):
+        """Installs what is configured with the command that leaves receipts."""
+        self.run("morvane-install", "--registry", self.registry, "-C", self.distribution, check=0)
+
+    def install(self, products):
+        """Configures, installs by make alone, and makes receipts afterwards."""
+        self.configure(products)
+        self.make_and_save_receipts()
 
     def differing(self, *arguments):
         """Returns what verify says: the state of each path that differs, by its absolute path."""

@@ -161,7 +161,7 @@ class RemoveTest(unittest.TestCase):
         self.check(self.host.remove("--yes", "--search", self.opt, "almanac"), 3, "", refusal)
         self.assertEqual(self.host.remove("--yes", "almanac").returncode, 0)
 
-    def patched(self):
+    def patched(self, leave_receipts):
         original = installed.Product("app", self.opt / "app", {
             "a": installed.Member(b"original"), "b": installed.Member(b"kept")},
             "Name = app\nPatch = 0\n")
@@ -169,18 +169,21 @@ class RemoveTest(unittest.TestCase):
         patch = installed.Product("app-1", self.opt / "app", {
             "a": installed.Member(b"patched"), "c": installed.Member(b"new")},
             "Name = app\nPatch = 1\nRequiredPatches = 0\n")
-        self.host.install([original, patch])
+        self.host.configure([original, patch])
+        leave_receipts()
 
     def test_refuses_an_original_under_its_patch(self):
-        self.patched()
-        done = self.host.remove("--yes", "app")
-        self.assertEqual(done.returncode, 3)
-        self.assertEqual(done.stderr, f"morvane-remove: 'app-1' in {self.opt}/app is a patch of "
-                                      f"'app' in {self.opt}/app\nmorvane-remove: nothing was "
-                                      "removed\n")
+        for leave_receipts in (self.host.install_with_receipts, self.host.make_and_save_receipts):
+            self.patched(leave_receipts)
+            done = self.host.remove("--yes", "app")
+            self.assertEqual(done.returncode, 3)
+            self.assertEqual(done.stderr, f"morvane-remove: 'app-1' in {self.opt}/app is a patch of "
+                                          f"'app' in {self.opt}/app\nmorvane-remove: nothing was "
+                                          "removed\n")
+            self.host.remove("--yes", "app", "app-1", check=0)
 
     def test_tells_what_the_original_lacks_without_its_patch(self):
-        self.patched()
+        self.patched(self.host.make_and_save_receipts)
         done = self.host.remove("--yes", "app-1")
         self.assertEqual(done.returncode, 1, done.stderr)
         self.assertIn("  removes a: it replaced the file of 'app', which is gone: install 'app' "
@@ -188,7 +191,7 @@ class RemoveTest(unittest.TestCase):
         self.assertEqual(self.host.differing("app"), {f"{self.opt}/app/a": "missing"})
 
     def test_leaves_the_files_of_an_original_that_was_installed_again(self):
-        self.patched()
+        self.patched(self.host.make_and_save_receipts)
         self.host.make()  # both, in their order: the original's time is told by hand
         for place in (self.host.registry, self.opt / "app/install"):
             for file in place.iterdir():

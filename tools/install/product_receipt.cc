@@ -123,7 +123,7 @@ receipt product_receipt::head() const {
   if (facts.is_new) made.archive = digest_of_path(facts.id + string(ARCHIVE_ENDING));
   if (facts.described) {
     made.description = digest_of_path(description_file(facts.id));
-    // ORIG
+    made.originals = originals_of(made.directory, made.id);
   }
   made.parts = facts.targets;
   for (const settled_need& need : settings.needs) {
