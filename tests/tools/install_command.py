@@ -319,6 +319,16 @@ class Run(InstallTest):
                                  self.base)
         self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
 
+    def test_notes_what_a_part_makes_anew_within_a_second(self):
+        shared = self.root / "opt/both"
+        for identifier, content, fraction in (("first", "one", 1), ("second", "two", 2)):
+            self.made.add(identifier, None, f"made:\n\techo {content} > ../made\n"
+                          f"\ttouch -d @1700000000.{fraction} ../made\n", ["made"], directory=shared)
+        self.made.configure()
+        self.assertEqual(self.made.install().returncode, 0)
+        done = self.made.run("morvane-verify", f"--registry={self.made.registry}")
+        self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
+
     def test_can_be_repeated(self):
         self.add_two()
         self.assertEqual(self.made.install().returncode, 0)

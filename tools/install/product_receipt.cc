@@ -31,9 +31,10 @@ string digest_of_path(const string& path) {
 // Tells whether a file holds something else than before, or is another one. What merely got another
 // owner or mode is not what a part made.
 bool is_changed(const file_status& before, const file_status& after) {
+  const bool same_time =
+      before.modified == after.modified && before.modified_fraction == after.modified_fraction;
   return before.inode != after.inode || before.kind != after.kind || before.size != after.size ||
-         before.target != after.target ||
-         (before.modified != after.modified && after.kind != file_kind::DIRECTORY);
+         before.target != after.target || (!same_time && after.kind != file_kind::DIRECTORY);
 }
 
 // Puts the digests of its files into a receipt.

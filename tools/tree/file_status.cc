@@ -30,6 +30,7 @@ file_status converted(const struct stat& found) {
   status.group = found.st_gid;
   status.size = static_cast<std::uint64_t>(found.st_size);
   status.modified = found.st_mtim.tv_sec;
+  status.modified_fraction = found.st_mtim.tv_nsec;
   status.device = found.st_dev;
   status.inode = found.st_ino;
   status.changed = std::int64_t{found.st_ctim.tv_sec} * NANOSECONDS + found.st_ctim.tv_nsec;

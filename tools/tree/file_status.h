@@ -22,8 +22,9 @@ struct file_status {
   std::uint64_t owner = 0;
   std::uint64_t group = 0;
   std::uint64_t size = 0;
-  std::int64_t modified = 0;  // seconds
-  std::string target;         // of a link
+  std::int64_t modified = 0;           // seconds
+  std::int64_t modified_fraction = 0;  // nanoseconds more
+  std::string target;                  // of a link
 
   // What tells it from any other, and from itself before a change.
   std::uint64_t device = 0;
