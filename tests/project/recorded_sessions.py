@@ -27,7 +27,9 @@ SESSIONS = (("first-installation", "first", ""),
             ("needed-product-elsewhere", "elsewhere", ""),
             ("reconfiguration", "again", "opt/kelstone"))
 
-PROGRAMS = {"morvane-answers": "tests/morvane_answers_without_pauses"}
+PROGRAMS = {"morvane-answers": "tests/morvane_answers_without_pauses",
+            "morvane-install": "morvane-install", "morvane-verify": "morvane-verify",
+            "morvane-remove": "morvane-remove"}
 
 # What is typed at the shell's prompt.
 COMMANDS = {
@@ -39,12 +41,31 @@ COMMANDS = {
         "morvane-answers check --plan my.answers",
         "morvane-answers play my.answers && make -f install.mk",
     ),
+    # The receipts lie beside what they are of, so that nobody's host is touched.
+    "look-check-take-away": (
+        "morvane-answers template --products 'kelstone marlpost' my.answers",
+        "sed -i 's/^part.digest =.*/part.digest = no/; /^supplier.digest/d' my.answers",
+        "morvane-answers play my.answers",
+        "mkdir -p opt/kelstone/src && echo '/* older */' > opt/kelstone/src/kelstone.c",
+        "morvane-install --plan --registry=receipts",
+        "morvane-install --registry=receipts --keep-replaced=replaced | tail -n 2",
+        "morvane-verify --registry=receipts",
+        "echo '/* mine */' >> opt/kelstone/src/kelstone.c; chmod o+w opt/marlpost/bin/marlpost",
+        "morvane-verify --registry=receipts",
+        "morvane-remove --yes --registry=receipts kelstone",
+        "chmod o-w opt/marlpost/bin/marlpost",
+        "morvane-remove --yes --registry=receipts --keep-in=kept marlpost kelstone",
+        "find opt replaced kept -type f | sort",
+    ),
 }
 
 # The distribution lies in a directory of its own, shown under a name of the same length: the lines
 # break at the same places.
 DIRECTORY_PREFIX = "/tmp/morvane-"
 SHOWN_DIRECTORY = b"/srv/products/sample2"
+
+# Hosts differ in it.
+FREE_SPACE = re.compile(rb"needs (.*), .* free")
 
 LINE_HEIGHT = 17
 COLUMN_WIDTH = 8.4
@@ -96,6 +117,7 @@ def run_commands(build, distribution, commands):
             screen += f"$ [[{command}]]\n".encode() + run_case.make_output(done.stdout)
     finally:
         shutil.rmtree(tools)
+    screen = FREE_SPACE.sub(rb"needs \1, 12 GiB free", screen)
     return screen.replace(str(distribution).encode(), SHOWN_DIRECTORY).decode()
 
 
