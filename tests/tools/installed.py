@@ -156,14 +156,17 @@ class Host:
                 for each in product["differing"]}
 
     def entries(self):
-        """Returns the lines of all receipts in the registry, by absolute paths without blanks."""
+        """Returns the lines of all receipts in the registry, by absolute paths without blanks; of
+        several for a path, that of a product that made it."""
         found = {}
         for file in sorted(self.registry.iterdir()):
             text = file.read_text()
             directory = text.split("\ndirectory = ")[1].split("\n")[0]
             for line in text[text.index("\nentries = "):].splitlines()[2:]:
                 path = line.split(" ")[6].replace("%20", " ")
-                found[os.path.normpath(f"{directory}/{path}")] = line.split(" ")
+                path = os.path.normpath(f"{directory}/{path}")
+                if path not in found or found[path][4] != "new":
+                    found[path] = line.split(" ")
         return found
 
 

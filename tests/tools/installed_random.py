@@ -239,7 +239,7 @@ def play(seed):
         if left := sorted(path.name for path in host.registry.iterdir()):
             return [f"receipts are left: {left}"]
         after = installed.snapshot(host.opt)
-        wrong = list(problems_after_removal(before, after, named_in(output), entries))
+        wrong = list(problems_after_removal(before, after, named_in(output) | {changed}, entries))
         return [f"{way} {changed}, {'at once' if at_once else 'one by one'}: {wrong}\n{output}"
                 for _ in wrong[:1]]
 
