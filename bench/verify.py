@@ -34,6 +34,7 @@ def write_product(directory, registry, files, size):
     (registry / f"app.{place}.receipt").write_text(
         f"morvane receipt 1\nproduct = app\nname = app\nversion = 1.0\ndirectory = {directory}\n"
         "owner =\ngroup = root\naccess = yes\nmade = with the installation\n"
+        "complete = yes\n"
         "installed = 1.000000000\nconfigured = 1.000000000\narchive =\ndescription =\n"
         f"entries = {len(entries)}\n" + "".join(f"{entries[path]}\n" for path in sorted(entries)))
 

@@ -432,6 +432,30 @@ morvane-install: the installation is not complete; to continue it, type: morvane
         self.assertEqual(sum(a != b for a, b in zip(heads, heads[1:])), 2)
 
     def test_shows_its_progress_on_a_terminal(self):
+    def test_a_failure_leaves_no_receipt_that_says_all_is_well(self):
+        failing = "program:\n\ttest ! -f ../broken\n"
+        app = self.made.add("app", makefile=failing, parts=["program"])
+        self.made.configure()
+        receipt = app / "install/app.receipt"
+        self.assertEqual(self.made.install().returncode, 0)
+        whole = receipt.read_text()
+        (app / "broken").write_text("")
+        self.assertEqual(self.made.install().returncode, 4)
+        marked = whole.replace("\ncomplete = yes\n", "\ncomplete = no\n")
+        self.assertNotEqual(marked, whole)
+        self.assertEqual(receipt.read_text(), marked)
+        registered = list(self.made.registry.iterdir())
+        self.assertEqual([path.read_text() for path in registered], [marked])
+        (app / "broken").unlink()
+        verified = self.made.run("morvane-verify", f"--registry={self.made.registry}", "app")
+        self.assertEqual((verified.returncode, verified.stderr), (
+            1, f"morvane-verify: 'app' in {app}: an installation began since, and did not end well: "
+            "install it again\n"))
+        self.assertEqual(self.made.install().returncode, 0)
+        self.assertIn("\ncomplete = yes\n", receipt.read_text())
+        self.assertNotIn("app.receipt", receipt.read_text())  # it is no file that the part made
+        self.assertIn(" new archive data ", receipt.read_text())
+
         self.add_two()
         leader, follower = pty.openpty()
         self.addCleanup(os.close, leader)

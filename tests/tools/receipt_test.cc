@@ -71,6 +71,7 @@ constexpr const char* SAMPLE_TEXT =
     "group = readers\n"
     "access = no\n"
     "made = with the installation\n"
+    "complete = yes\n"
     "installed = 1795296605.000000123\n"
     "configured = 1795296606.000000000\n"
     "archive = 9b1fcd23b85a14a85f4f0e25e3f4a3e0f3e24db1ebd2d9aed3aa5e7d2cf6d2e9\n"
@@ -112,6 +113,14 @@ TEST(Receipt, IsWrittenAndReadAgain) {
   EXPECT_EQ(std::get<receipt>(reading), sample());
 }
 
+TEST(Receipt, TellsThatTheProductIsNotComplete) {
+  receipt made = sample();
+  made.complete = false;
+  const std::string text = replaced(sample_text(), "complete = yes", "complete = no");
+  EXPECT_EQ(receipt_text(made), text);
+  EXPECT_EQ(std::get<receipt>(read_receipt(text)), made);
+}
+
 TEST(Receipt, ThatIsNoneIsAFaultWithItsLine) {
   struct row {
     const char* from;
@@ -129,34 +138,35 @@ TEST(Receipt, ThatIsNoneIsAFaultWithItsLine) {
       {"/opt/app", "/opt/../app", "5: not an absolute directory in its normal form"},
       {"/opt/app", "/opt/app/", "5: not an absolute directory in its normal form"},
       {"access = no", "access = maybe", "8: neither 'yes' nor 'no'"},
-      {"605.000000123", "605.123", "10: not a time in seconds with nine digits behind the point"},
+      {"complete = yes", "complete =", "10: neither 'yes' nor 'no'"},
+      {"605.000000123", "605.123", "11: not a time in seconds with nine digits behind the point"},
       {"605.000000123", "60500000000000000000.000000123",
-       "10: not a time in seconds with nine digits behind the point"},
-      {"description =", "description = ab", "13: not a digest"},
-      {"part = program", "parts = program", "14: not 'entries = ...'"},
-      {"entries = 4", "entries = x", "20: not a number of entries"},
-      {"entries = 4", "entries = 3", "24: there are more lines than entries"},
-      {"entries = 4", "entries = 5", "25: the file ends too early"},
-      {"entries = 4", "entries = 18446744073709551615", "25: the file ends too early"},
-      {"directory 755", "door 755", "21: not a kind of file"},
-      {"directory 755", "directory 789", "21: not a mode"},
-      {"directory 755", "directory 17777", "21: not a mode"},
-      {"directory 755", "directory 0755", "21: not written as a receipt is"},
-      {"755 0 0", "755 x 0", "21: not the number of an owner"},
-      {"755 0 0", "755 0 -1", "21: not the number of a group"},
-      {"empty archive .", "full archive .", "21: not what lay there before"},
-      {"empty archive .", "empty cellar .", "21: not an origin"},
+       "11: not a time in seconds with nine digits behind the point"},
+      {"description =", "description = ab", "14: not a digest"},
+      {"part = program", "parts = program", "15: not 'entries = ...'"},
+      {"entries = 4", "entries = x", "21: not a number of entries"},
+      {"entries = 4", "entries = 3", "25: there are more lines than entries"},
+      {"entries = 4", "entries = 5", "26: the file ends too early"},
+      {"entries = 4", "entries = 18446744073709551615", "26: the file ends too early"},
+      {"directory 755", "door 755", "22: not a kind of file"},
+      {"directory 755", "directory 789", "22: not a mode"},
+      {"directory 755", "directory 17777", "22: not a mode"},
+      {"directory 755", "directory 0755", "22: not written as a receipt is"},
+      {"755 0 0", "755 x 0", "22: not the number of an owner"},
+      {"755 0 0", "755 0 -1", "22: not the number of a group"},
+      {"empty archive .", "full archive .", "22: not what lay there before"},
+      {"empty archive .", "empty cellar .", "22: not an origin"},
       {"archive bin\n", "archive ../bin\n",
-       "22: not a path below the directory in its normal form"},
-      {"archive bin\n", "archive /bin\n", "22: not a path below the directory in its normal form"},
-      {"archive bin\n", "archive bin \n", "22: not written as a receipt is"},
-      {"archive bin\n", "archive bin more\n", "22: more words than an entry has"},
-      {"archive bin\n", "archive .\n", "22: the path does not stand behind the one before it"},
-      {" 3 -5 ", " x -5 ", "23: not a size"},
-      {" 3 -5 ", " 3 5.5 ", "23: not a time"},
-      {"15ad\n", "15aD\n", "23: not a digest"},
-      {"link a%20b", "link", "24: not a target of a link"},
-      {"link a%20b\n", "link a%20b", "24: the line does not end: the file was cut off"}};
+       "23: not a path below the directory in its normal form"},
+      {"archive bin\n", "archive /bin\n", "23: not a path below the directory in its normal form"},
+      {"archive bin\n", "archive bin \n", "23: not written as a receipt is"},
+      {"archive bin\n", "archive bin more\n", "23: more words than an entry has"},
+      {"archive bin\n", "archive .\n", "23: the path does not stand behind the one before it"},
+      {" 3 -5 ", " x -5 ", "24: not a size"},
+      {" 3 -5 ", " 3 5.5 ", "24: not a time"},
+      {"15ad\n", "15aD\n", "24: not a digest"},
+      {"link a%20b", "link", "25: not a target of a link"},
+      {"link a%20b\n", "link a%20b", "25: the line does not end: the file was cut off"}};
   for (const row& each : rows) {
     EXPECT_EQ(fault_of(replaced(sample_text(), each.from, each.to)), each.fault) << each.to;
   }

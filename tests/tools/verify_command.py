@@ -84,6 +84,7 @@ class VerifyTest(unittest.TestCase):
 
     def test_tells_of_what_was_changed_before_the_receipt(self):
         self.one()
+        self.assertTrue(product["complete"])
         (self.app / "lib/data").write_text("late")
         done = self.host.verify("-C", self.host.distribution, "--save")
         self.check(done, 1, f"app 1.0 in {self.app}: 9 paths, 1 not as installed\n"

@@ -41,9 +41,14 @@ worker_status work(const product_plan& product, const installation_options& opti
       return NOT_INSTALLED;
     }
   }
+  std::string why = mark_incomplete(product.facts, options.registry);
+  if (!why.empty()) {
+    say(output, "the receipt cannot be marked: " + why);
+    return NOT_INSTALLED;
+  }
   const product_receipt receipt(product);
   if (!run_make(product.facts.id, output, mask)) return NOT_INSTALLED;
-  const std::string why = receipt.keep(options.registry);
+  why = receipt.keep(options.registry);
   if (why.empty()) return INSTALLED;
   if (ftruncate(output.number(), 0) == 0) lseek(output.number(), 0, SEEK_SET);
   say(output, "no receipt could be kept: " + why);

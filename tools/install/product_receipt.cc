@@ -54,7 +54,44 @@ bool add_digests(receipt& made, const descriptor& directory) {
   return true;
 }
 
+string directory_of(const product_facts& facts) {
+  return normal_path(facts.path).value_or(facts.path);
+}
+
+std::optional<stored_receipt> earlier_receipt(const product_facts& facts, const string& registry) {
+  receipt_store store;
+  add_registered(store, registry);
+  add_beside(store, directory_of(facts));
+  for (stored_receipt& stored : store.receipts) {
+    if (stored.content.id == facts.id && stored.content.directory == directory_of(facts)) {
+      return std::move(stored);
+    }
+  }
+  return std::nullopt;
+}
+
+// Returns what went wrong where a receipt was to be kept; empty where nothing did.
+string trouble_of(const receipt_places& places, const receipt& of, const string& registry) {
+  if (places.beside != 0) return of.directory + ": " + std::strerror(places.beside);
+  // An ordinary user has none.
+  if (places.registry != 0 && geteuid() == 0)
+    return registry + ": " + std::strerror(places.registry);
+  return "";
+}
+
 }  // namespace
+
+string mark_incomplete(const product_facts& facts, const string& registry) {
+  auto earlier = earlier_receipt(facts, registry);
+  // What another user can have written is not made one's own word.
+  if (!earlier || !earlier->trusted) return "";
+  receipt& marked = earlier->content;
+  marked.complete = false;
+  receipt_places places;  // only where it lies: make is to find the directory as it was
+  if (earlier->beside) places.beside = keep_beside(marked);
+  if (earlier->registered) places.registry = keep_registered(marked, registry);
+  return trouble_of(places, marked, registry);
+}
 
 product_receipt::product_receipt(const product_plan& product)
     : product_(product),
@@ -115,7 +152,7 @@ receipt product_receipt::head() const {
   made.id = facts.id;
   made.name = settings.name.empty() ? facts.shown_name : settings.name;
   made.version = settings.version;
-  made.directory = normal_path(facts.path).value_or(facts.path);
+  made.directory = directory_of(facts);
   made.owner = facts.owner;
   made.group = facts.group;
   made.access = !facts.closed;
@@ -156,21 +193,16 @@ void product_receipt::add_entries(receipt& made, const tree_state& after) const 
 
 // Takes over what the receipt of an earlier installation there tells, if there is one.
 bool product_receipt::add_earlier(receipt& made, const string& registry) const {
-  receipt_store store;
-  add_registered(store, registry);
-  add_beside(store, made.directory);
-  for (const stored_receipt& stored : store.receipts) {
-    const receipt& earlier = stored.content;
-    if (earlier.id != made.id || earlier.directory != made.directory) continue;
-    if (!product_.facts.is_new) {
-      made.installed = earlier.installed;
-      made.archive = earlier.archive;
-      made.description = earlier.description;
-    }
-    carry_over(made, earlier);
-    return true;
+  const auto stored = earlier_receipt(product_.facts, registry);
+  if (!stored) return false;
+  const receipt& earlier = stored->content;
+  if (!product_.facts.is_new) {
+    made.installed = earlier.installed;
+    made.archive = earlier.archive;
+    made.description = earlier.description;
   }
-  return false;
+  carry_over(made, earlier);
+  return true;
 }
 
 string product_receipt::keep(const string& registry) const {
@@ -182,12 +214,7 @@ string product_receipt::keep(const string& registry) const {
   if (!add_earlier(made, registry) && !product_.facts.is_new) {
     return "";  // what its archive put there is not known; morvane-verify --save can tell
   }
-  const receipt_places places = keep_receipt(made, registry);
-  if (places.beside != 0) return made.directory + ": " + std::strerror(places.beside);
-  // An ordinary user has none.
-  if (places.registry != 0 && geteuid() == 0)
-    return registry + ": " + std::strerror(places.registry);
-  return "";
+  return trouble_of(keep_receipt(made, registry), made, registry);
 }
 
 }  // namespace morvane

@@ -13,6 +13,10 @@
 
 namespace morvane {
 
+// Notes in the receipt of an earlier installation, if there is one, that it tells of a product that
+// is not complete: the next installation begins. Returns what went wrong; empty where nothing did.
+std::string mark_incomplete(const product_facts& facts, const std::string& registry);
+
 class product_receipt {
  public:
   // Looks at the product's directory as it is before make.

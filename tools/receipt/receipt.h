@@ -65,6 +65,7 @@ struct receipt {
   std::string group;
   bool access = true;                  // others keep it
   bool made_afterwards = false;        // not by the installation itself
+  bool complete = true;                // no installation began since that has not ended well
   std::uint64_t installed = 0;         // when the archive was extracted, in nanoseconds
   std::uint64_t configured = 0;        // when settings and parts were made, likewise
   std::string archive;                 // its digest; empty where it was not there any more

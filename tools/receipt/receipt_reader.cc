@@ -79,6 +79,7 @@ class receipt_parser {
     read_.group = text_of("group");
     read_.access = is_first_of("access", "yes", "no");
     read_.made_afterwards = is_first_of("made", "afterwards", "with the installation");
+    read_.complete = is_first_of("complete", "yes", "no");
     read_.installed = time_of("installed");
     read_.configured = time_of("configured");
     read_.archive = digest_or_nothing("archive");

@@ -147,25 +147,6 @@ descriptor open_install_directory(receipt& of) {
   return opened;
 }
 
-int keep_beside(receipt& kept) {
-  const descriptor directory = open_install_directory(kept);
-  if (!directory.is_open()) return errno;
-  const bool written = write_whole_file_in(directory, name_beside(kept.id), receipt_text(kept),
-                                           kept.access ? OPEN_FILE : GROUPS_FILE,
-                                           kept.access ? -1 : group_number(kept));
-  return written ? 0 : errno;
-}
-
-int keep_in_registry(const receipt& kept, const std::string& registry) {
-  std::error_code error;
-  std::filesystem::create_directories(registry, error);
-  const descriptor directory = open_registry(registry);
-  if (!directory.is_open()) return error ? error.value() : errno;
-  const bool written = write_whole_file_in(directory, name_in_registry(kept), receipt_text(kept),
-                                           kept.access ? OPEN_FILE : OWN_FILE, -1);
-  return written ? 0 : errno;
-}
-
 int unlink_in(const descriptor& directory, const std::string& name) {
   const bool gone = directory.is_open() && unlinkat(directory.number(), name.c_str(), 0) == 0;
   return gone || errno == ENOENT || errno == ENOTDIR || errno == ELOOP ? 0 : errno;
@@ -219,10 +200,29 @@ bool add_beside(receipt_store& store, const std::string& directory) {
   return true;
 }
 
+int keep_beside(receipt& kept) {
+  const descriptor directory = open_install_directory(kept);
+  if (!directory.is_open()) return errno;
+  const bool written = write_whole_file_in(directory, name_beside(kept.id), receipt_text(kept),
+                                           kept.access ? OPEN_FILE : GROUPS_FILE,
+                                           kept.access ? -1 : group_number(kept));
+  return written ? 0 : errno;
+}
+
+int keep_registered(const receipt& kept, const std::string& registry) {
+  std::error_code error;
+  std::filesystem::create_directories(registry, error);
+  const descriptor directory = open_registry(registry);
+  if (!directory.is_open()) return error ? error.value() : errno;
+  const bool written = write_whole_file_in(directory, name_in_registry(kept), receipt_text(kept),
+                                           kept.access ? OPEN_FILE : OWN_FILE, -1);
+  return written ? 0 : errno;
+}
+
 receipt_places keep_receipt(receipt& kept, const std::string& registry) {
   receipt_places places;
   places.beside = keep_beside(kept);
-  places.registry = keep_in_registry(kept, registry);
+  places.registry = keep_registered(kept, registry);
   return places;
 }
 

@@ -45,15 +45,18 @@ bool add_registered(receipt_store& store, const std::string& registry);
 // the directory cannot be read.
 bool add_beside(receipt_store& store, const std::string& directory);
 
+// Write the receipt to one place, which is made where it is missing. Where PATH/install is made,
+// the receipt gets an entry for it. Return 0, or the errno that tells why not.
+int keep_beside(receipt& kept);
+int keep_registered(const receipt& kept, const std::string& registry);
+
 // What became of a receipt that was to be kept.
 struct receipt_places {
   int beside = 0;    // 0, or the errno that tells why not
   int registry = 0;  // the same
 };
 
-// Writes the receipt beside the product and into the registry, both of which are made where they
-// are missing. Where PATH/install is made, the receipt gets an entry for it. An ordinary user may
-// not write the registry.
+// Writes the receipt to both. An ordinary user may not write the registry.
 receipt_places keep_receipt(receipt& kept, const std::string& registry);
 
 // Remove it from one place. Return 0, also where it is not there, or the errno that tells why not.

@@ -40,6 +40,7 @@ std::string head_lines(const receipt& written) {
   lines += line("group", escape_value(written.group));
   lines += line("access", written.access ? "yes" : "no");
   lines += line("made", written.made_afterwards ? "afterwards" : "with the installation");
+  lines += line("complete", written.complete ? "yes" : "no");
   lines += line("installed", time_text(written.installed));
   lines += line("configured", time_text(written.configured));
   lines += line("archive", written.archive);

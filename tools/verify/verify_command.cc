@@ -64,6 +64,24 @@ std::string formatted(const std::vector<verification>& verified, format wanted) 
   return text_of(verified);
 }
 
+// Says on standard error what the report has no place for. Returns whether all is as installed.
+bool tell_remarks(const command& described, const verification& verified) {
+  const receipt& of = verified.product->content;
+  if (!verified.product->trusted) {
+    complain(described, printable(verified.product->file) +
+                            ": another user can have written it, and let it tell anything");
+  }
+  if (!of.complete) {
+    complain(described,
+             printable("'" + of.id + "' in " + of.directory) +
+                 ": an installation began since, and did not end well: install it again");
+  }
+  for (const std::string& fault : verified.faults) {
+    complain(described, printable(of.directory + "/" + fault));
+  }
+  return of.complete && verified.differing.empty() && verified.faults.empty();
+}
+
 // Verifies and reports; what cannot be read is said on standard error.
 exit_status verify_products(const command& described, const verify_options& options,
                             const std::vector<std::string>& operands) {
@@ -80,17 +98,8 @@ exit_status verify_products(const command& described, const verify_options& opti
   if (!faults.empty()) status = exit_status::WRONG_USE;
   std::vector<verification> verified;
   for (const stored_receipt* product : selected.products) {
-    if (!product->trusted) {
-      complain(described, printable(product->file) +
-                              ": another user can have written it, and let it tell anything");
-    }
     verified.push_back(verify(store, *product));
-    for (const std::string& fault : verified.back().faults) {
-      complain(described, printable(product->content.directory + "/" + fault));
-    }
-    if (!verified.back().differing.empty() || !verified.back().faults.empty()) {
-      status = std::max(status, exit_status::FINDINGS);
-    }
+    if (!tell_remarks(described, verified.back())) status = std::max(status, exit_status::FINDINGS);
   }
   const std::string text = formatted(verified, options.format);
   if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) {

@@ -164,6 +164,7 @@ std::string json_of(const std::vector<verification>& verified) {
     json.member("directory", of.directory);
     json.member("receipt", each.product->file);
     json.flag("made_afterwards", of.made_afterwards);
+    json.flag("complete", of.complete);
     json.member("paths", each.paths);
     json.key("differing");
     json.begin_array();
