@@ -6,6 +6,7 @@ leaves when something fails.
 """
 
 import fcntl
+import hashlib
 import json
 import os
 import pathlib
@@ -152,11 +153,29 @@ class Refusal(InstallTest):
             2, "", "morvane-install: install.mk: No such file or directory\n"))
 
     def test_of_another_use(self):
-        for arguments in (["app"], ["--jobs=0"], ["--jobs=x"], ["--format=xml"], ["--plann=1"]):
+        for arguments in (["--jobs=0"], ["--jobs=x"], ["--format=xml"], ["--plann=1"]):
             done = self.made.install(*arguments)
             self.assertEqual((done.returncode, done.stdout), (2, ""), arguments)
             self.assertTrue(done.stderr.startswith("morvane-install: ") or
                             "--help" in done.stderr, done.stderr)
+
+    def test_of_a_product_that_is_not_configured(self):
+        self.add_two()
+        before = tree(self.root)
+        for chosen in (["bsae", "app", "ap\x1bp", ""], ["--plan", "bsae"]):
+            done = self.made.install(*chosen)
+            self.assertEqual((done.returncode, done.stdout), (2, ""))
+            self.assertIn("morvane-install: bsae: install.mk installs no such product\n", done.stderr)
+            self.assertNotIn("app: install.mk", done.stderr)
+        self.assertEqual(tree(self.root), before)
+
+    def test_of_chosen_products_names_them_in_the_command_to_continue(self):
+        self.add_two()
+        self.base.rmdir()
+        done = self.made.install("base")
+        self.assertEqual((done.returncode, done.stderr), (
+            3, "morvane-install: nothing was installed; when what blocks is mended, type: "
+            f"morvane-install -C {self.made.dist} base\n"))
 
     def test_where_the_configurator_is_at_work(self):
         self.add_two()
@@ -176,6 +195,12 @@ class Refusal(InstallTest):
         self.assertEqual(found["directory-missing"],
                          f"its directory '{self.app}' is not there: No such file or directory")
         self.assertEqual(found["directory-none"], f"its directory '{self.base}' is no directory")
+
+    def test_of_an_archive_whose_directory_is_missing_too(self):
+        self.add_two()
+        self.app.rmdir()
+        self.made.pack("app", {"install/Makefile": PROGRAM, "../out": "x"})
+        self.assertEqual(set(self.refused()), {"directory-missing", "member-outside"})
 
     def test_of_a_directory_that_everybody_can_write_to(self):
         self.add_two()
@@ -329,6 +354,38 @@ class Run(InstallTest):
         done = self.made.run("morvane-verify", f"--registry={self.made.registry}")
         self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
 
+    def test_of_chosen_products_touches_no_other(self):
+        self.add_two()
+        done = self.made.install("base")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertTrue(done.stdout.startswith(f"base 1.0 -> {self.base} "), done.stdout)
+        self.assertTrue(done.stdout.endswith("base: installed, 1 of 1\n"), done.stdout)
+        self.assertEqual(list(self.app.iterdir()), [])
+        self.assertTrue((self.base / "install/base.receipt").exists())
+
+    def test_of_chosen_products_keeps_their_order(self):
+        self.add_two()
+        self.made.add("last")
+        self.made.configure()
+        done = self.made.install("last", "app", "last")
+        self.assertEqual(re.findall(r"^(\w+): installed", done.stdout, re.MULTILINE), ["app", "last"])
+
+    def test_works_with_links_to_the_files_of_a_distribution(self):
+        self.add_two()
+        self.assertEqual(self.made.install().returncode, 0)
+        installed = tree(self.app, self.base)
+        self.made.clear()
+        original = self.root / "original"
+        original.mkdir()
+        for path in self.made.dist.iterdir():
+            path.rename(original / path.name)
+            path.symlink_to(original / path.name)
+        done = self.made.install()
+        self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
+        self.assertEqual(tree(self.app, self.base), installed)
+        archive = hashlib.sha256((original / "app.tar").read_bytes()).hexdigest()
+        self.assertIn(f"\narchive = {archive}\n", (self.app / "install/app.receipt").read_text())
+
     def test_can_be_repeated(self):
         self.add_two()
         self.assertEqual(self.made.install().returncode, 0)
@@ -359,6 +416,30 @@ morvane-install: the installation is not complete; to continue it, type: morvane
         self.assertEqual(list(last.iterdir()), [])
         (app / "mended").write_text("")
         self.assertEqual(self.made.install().returncode, 0)
+
+    def test_a_failure_leaves_no_receipt_that_says_all_is_well(self):
+        failing = "program:\n\ttest ! -f ../broken\n"
+        app = self.made.add("app", makefile=failing, parts=["program"])
+        self.made.configure()
+        receipt = app / "install/app.receipt"
+        self.assertEqual(self.made.install().returncode, 0)
+        whole = receipt.read_text()
+        (app / "broken").write_text("")
+        self.assertEqual(self.made.install().returncode, 4)
+        marked = whole.replace("\ncomplete = yes\n", "\ncomplete = no\n")
+        self.assertNotEqual(marked, whole)
+        self.assertEqual(receipt.read_text(), marked)
+        registered = list(self.made.registry.iterdir())
+        self.assertEqual([path.read_text() for path in registered], [marked])
+        (app / "broken").unlink()
+        verified = self.made.run("morvane-verify", f"--registry={self.made.registry}", "app")
+        self.assertEqual((verified.returncode, verified.stderr), (
+            1, f"morvane-verify: 'app' in {app}: an installation began since, and did not end well: "
+            "install it again\n"))
+        self.assertEqual(self.made.install().returncode, 0)
+        self.assertIn("\ncomplete = yes\n", receipt.read_text())
+        self.assertNotIn("app.receipt", receipt.read_text())  # it is no file that the part made
+        self.assertIn(" new archive data ", receipt.read_text())
 
     def test_ends_at_a_signal_with_all_that_it_started(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
@@ -432,30 +513,6 @@ morvane-install: the installation is not complete; to continue it, type: morvane
         self.assertEqual(sum(a != b for a, b in zip(heads, heads[1:])), 2)
 
     def test_shows_its_progress_on_a_terminal(self):
-    def test_a_failure_leaves_no_receipt_that_says_all_is_well(self):
-        failing = "program:\n\ttest ! -f ../broken\n"
-        app = self.made.add("app", makefile=failing, parts=["program"])
-        self.made.configure()
-        receipt = app / "install/app.receipt"
-        self.assertEqual(self.made.install().returncode, 0)
-        whole = receipt.read_text()
-        (app / "broken").write_text("")
-        self.assertEqual(self.made.install().returncode, 4)
-        marked = whole.replace("\ncomplete = yes\n", "\ncomplete = no\n")
-        self.assertNotEqual(marked, whole)
-        self.assertEqual(receipt.read_text(), marked)
-        registered = list(self.made.registry.iterdir())
-        self.assertEqual([path.read_text() for path in registered], [marked])
-        (app / "broken").unlink()
-        verified = self.made.run("morvane-verify", f"--registry={self.made.registry}", "app")
-        self.assertEqual((verified.returncode, verified.stderr), (
-            1, f"morvane-verify: 'app' in {app}: an installation began since, and did not end well: "
-            "install it again\n"))
-        self.assertEqual(self.made.install().returncode, 0)
-        self.assertIn("\ncomplete = yes\n", receipt.read_text())
-        self.assertNotIn("app.receipt", receipt.read_text())  # it is no file that the part made
-        self.assertIn(" new archive data ", receipt.read_text())
-
         self.add_two()
         leader, follower = pty.openpty()
         self.addCleanup(os.close, leader)
@@ -484,4 +541,4 @@ morvane-install: the installation is not complete; to continue it, type: morvane
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=sys.argv[:1] + sys.argv[2:])

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <set>
@@ -85,7 +86,9 @@ bool check_directory(const product_facts& facts, std::vector<plan_finding>& find
   if (!facts.path.starts_with('/') || holds_special_characters(facts.path)) {
     fail("directory-name", "cannot be named to make and the shell");
   } else if (stat(facts.path.c_str(), &status) != 0) {
-    fail("directory-missing", string("is not there: ") + std::strerror(errno));
+    const int error = errno;
+    fail("directory-missing", string("is not there: ") + std::strerror(error));
+    return error == ENOENT;
   } else if (!S_ISDIR(status.st_mode)) {
     fail("directory-none", "is no directory");
   } else if (faccessat(AT_FDCWD, facts.path.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {

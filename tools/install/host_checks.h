@@ -18,8 +18,8 @@ std::vector<std::string> needed_tools(const std::vector<product_facts>& products
 // Adds the tools that no directory of PATH has.
 void check_tools(const std::vector<std::string>& tools, std::vector<plan_finding>& findings);
 
-// Adds what is wrong with the directory of a product, its owner and its group. Returns whether the
-// directory is there.
+// Adds what is wrong with the directory of a product, its owner and its group. Returns whether what
+// will lie in the directory can be planned: it is one, or nothing is there yet.
 bool check_directory(const product_facts& facts, std::vector<plan_finding>& findings);
 void check_owner(const product_facts& facts, std::vector<plan_finding>& findings);
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -24,6 +25,7 @@
 #include "platform/directory_lock.h"
 #include "platform/file.h"
 #include "receipt/receipt_store.h"
+#include "report/finding.h"
 #include "text/number.h"
 
 namespace morvane {
@@ -59,7 +61,7 @@ bool take_directory(const std::string& name, std::string& directory) {
 command described_command(install_options& options) {
   installation_options& how = options.installation;
   return {"morvane-install",
-          "",
+          "[ID]...",
           "Shows what make will do on install.mk, and does it product by product.",
           {{"plan", "", "show what would be done, and do nothing",
             [&](const std::string&) { return options.plan_only = true; }},
@@ -83,8 +85,9 @@ void set_up_process() {
 
 class install_command {
  public:
-  install_command(const command& described, const install_options& options)
-      : described_(described), options_(options) {}
+  install_command(const command& described, const install_options& options,
+                  const std::vector<std::string>& chosen)
+      : described_(described), options_(options), chosen_(chosen) {}
 
   exit_status run() const {
     // Before the makefile is read: nobody writes another one meanwhile.
@@ -92,8 +95,8 @@ class install_command {
       complain(described_, OTHER_CONFIGURATOR);
       return exit_status::REFUSED;
     }
-    const auto makefile = read_makefile();
-    if (!makefile) return exit_status::WRONG_USE;
+    auto makefile = read_makefile();
+    if (!makefile || !leave_chosen(*makefile)) return exit_status::WRONG_USE;
     choose_messages(".");  // which have the keywords of descriptions
     install_plan plan = plan_installation(*makefile);
     check_kept(plan);
@@ -122,6 +125,22 @@ class install_command {
     return std::nullopt;
   }
 
+  // Leaves the products that the command line names, or all. Returns false where it names others.
+  bool leave_chosen(install_makefile& makefile) const {
+    std::vector<product_facts>& products = makefile.products;
+    bool known = true;
+    for (const std::string& id : chosen_) {
+      if (std::ranges::find(products, id, &product_facts::id) != products.end()) continue;
+      complain(described_, printable(id) + ": install.mk installs no such product");
+      known = false;
+    }
+    if (chosen_.empty() || !known) return known;
+    std::erase_if(products, [&](const product_facts& each) {
+      return std::ranges::find(chosen_, each.id) == chosen_.end();
+    });
+    return true;
+  }
+
   // Copies of an earlier run are not written over, nor those that others can lead elsewhere.
   void check_kept(install_plan& plan) const {
     const std::string& kept = options_.installation.kept;
@@ -147,8 +166,8 @@ class install_command {
 
   exit_status refuse() const {
     if (!options_.plan_only) {
-      complain(described_,
-               "nothing was installed; when what blocks is mended, type: " + command_to_continue());
+      complain(described_, "nothing was installed; when what blocks is mended, type: " +
+                               command_to_continue(chosen_));
     }
     return exit_status::REFUSED;
   }
@@ -159,7 +178,7 @@ class install_command {
       complain(described_, kept + ": " + std::strerror(errno));
       return exit_status::REFUSED;
     }
-    run_report report(plan, options_.json ? stderr : stdout);
+    run_report report(plan, command_to_continue(chosen_), options_.json ? stderr : stdout);
     const installation_result result = install_products(
         plan, options_.installation,
         {[&](std::size_t product) { report.begins(product); },
@@ -170,6 +189,7 @@ class install_command {
 
   const command& described_;
   const install_options& options_;
+  const std::vector<std::string>& chosen_;  // identifiers; none: all
 };
 
 }  // namespace
@@ -180,11 +200,7 @@ exit_status run_install(int count, char** arguments) {
   const command described = described_command(options);
   const auto parsed = parse_command_line(described, count, arguments);
   if (const auto* status = std::get_if<exit_status>(&parsed)) return *status;
-  if (!std::get<std::vector<std::string>>(parsed).empty()) {
-    complain(described, "there are no operands: all products of install.mk are installed");
-    return exit_status::WRONG_USE;
-  }
-  return install_command(described, options).run();
+  return install_command(described, options, std::get<std::vector<std::string>>(parsed)).run();
 }
 
 }  // namespace morvane

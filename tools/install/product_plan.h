@@ -7,7 +7,7 @@
 namespace morvane {
 
 // Returns what make will do for a product, and adds to `findings` what the operator should know of
-// it. The product's directory is there.
+// it. In the place of the product's directory there is a directory, or nothing.
 product_plan plan_product(const product_facts& facts, std::vector<plan_finding>& findings);
 
 // Returns the path of what lies at `path` below the product's directory.

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "report/finding.h"
 #include "text/quoting.h"
@@ -17,13 +18,19 @@ constexpr const char* COMMAND = "morvane-install";
 
 }  // namespace
 
-std::string command_to_continue() {
+std::string command_to_continue(const std::vector<std::string>& chosen) {
   std::error_code error;
-  return std::string(COMMAND) + " -C " + quote(std::filesystem::current_path(error).native());
+  std::string text = COMMAND;
+  text += " -C " + quote(std::filesystem::current_path(error).native());
+  for (const std::string& id : chosen) text += " " + quote(id);
+  return text;
 }
 
-run_report::run_report(const install_plan& plan, std::FILE* progress)
-    : plan_(plan), progress_(progress), on_terminal_(isatty(fileno(progress)) != 0) {}
+run_report::run_report(const install_plan& plan, std::string to_continue, std::FILE* progress)
+    : plan_(plan),
+      to_continue_(std::move(to_continue)),
+      progress_(progress),
+      on_terminal_(isatty(fileno(progress)) != 0) {}
 
 void run_report::begins(std::size_t product) {
   ++begun_;
@@ -78,7 +85,7 @@ void run_report::finish(const installation_result& result) {
   if (!not_begun.empty()) std::fprintf(stderr, "%s: not begun:%s\n", COMMAND, not_begun.c_str());
   if (!unfinished && not_begun.empty()) return;
   std::fprintf(stderr, "%s: the installation is not complete; to continue it, type: %s\n", COMMAND,
-               command_to_continue().c_str());
+               to_continue_.c_str());
 }
 
 std::string run_report::id(std::size_t product) const {

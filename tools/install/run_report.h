@@ -11,13 +11,14 @@
 
 namespace morvane {
 
-// Returns the command that goes on with the installation in the current directory.
-std::string command_to_continue();
+// Returns the command that goes on with the installation in the current directory, of the products
+// that were `chosen`; none stands for all.
+std::string command_to_continue(const std::vector<std::string>& chosen);
 
 class run_report {
  public:
-  // Progress goes to `progress`, what failed to standard error.
-  run_report(const install_plan& plan, std::FILE* progress);
+  // Progress goes to `progress`, what failed to standard error, with the command that goes on.
+  run_report(const install_plan& plan, std::string to_continue, std::FILE* progress);
 
   void begins(std::size_t product);
   void ended(std::size_t product, const product_result& result);
@@ -28,6 +29,7 @@ class run_report {
   void clear_line();
 
   const install_plan& plan_;
+  std::string to_continue_;
   std::FILE* progress_;
   bool on_terminal_;
   std::size_t begun_ = 0;
