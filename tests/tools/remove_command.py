@@ -4,6 +4,7 @@
     remove_command.py BUILD_DIRECTORY [TEST...]
 """
 
+import json
 import os
 import pty
 import shutil
@@ -58,6 +59,41 @@ class RemoveTest(unittest.TestCase):
                    f"app 1.0 in {self.opt}/app: removes 5 files, 2 directories, 1 link, leaves the "
                    "directory itself\n")
         self.assertEqual(installed.snapshot(self.host.root), before)
+
+    def told(self, *arguments, status):
+        done = self.host.remove("--format=json", *arguments, check=status)
+        self.assertEqual(done.stderr, "")
+        return json.loads(done.stdout)["products"]
+
+    def test_tells_everything_as_json(self):
+        self.one()
+        app = self.opt / "app"
+        (app / "lib/data").write_text("changed")
+        (app / "lib/new").write_text("new")
+        planned, = self.told("--plan", "app", status=1)
+        self.assertEqual((planned["product"], planned["version"], planned["directory"]),
+                         ("app", "1.0", str(app)))
+        kept = [{"path": f"{app}/lib/data", "text": "content changed, size 7 instead of 4"}]
+        self.assertEqual((planned["kept"], planned["remarks"]), (kept, []))
+        self.assertEqual(planned["removed"], sorted(
+            f"{app}/{path}" for path in ("Makefile", "install", "install/app.dat", "install/app.descr",
+                                         "lib", "link", "morvane.rsc")))
+        done, = self.told("--yes", "app", status=1)
+        self.assertEqual(done["removed"], [path for path in planned["removed"] if path != f"{app}/lib"])
+        self.assertEqual((done["kept"], done["remarks"], done["faults"]),
+                         (kept, ["leaves lib/new: it is not of the product"], []))
+
+    def test_asks_nobody_for_json(self):
+        self.one()
+        self.check(self.host.remove("--format=json", "app"), 2, "",
+                   "morvane-remove: --format=json asks nobody: say --plan or --yes\n")
+
+    def test_a_receipt_names_a_product_whose_directory_is_gone(self):
+        self.one()
+        shutil.rmtree(self.opt / "app")
+        self.check(self.host.remove("--yes", self.opt / "app/install/app.receipt"), 0,
+                   f"app 1.0 in {self.opt}/app: removes nothing\napp: removed nothing\n")
+        self.assertEqual(os.listdir(self.host.registry), [])
 
     def test_refuses_where_nobody_can_be_asked(self):
         self.one()

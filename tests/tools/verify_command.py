@@ -34,6 +34,16 @@ class VerifyTest(unittest.TestCase):
     def check(self, done, status, out, err=""):
         self.assertEqual((done.stdout, done.stderr, done.returncode), (out, err, status))
 
+    def test_a_receipt_stands_for_its_product_alone(self):
+        second = installed.Product("second", self.app, {"more": installed.Member(b"more")})
+        first = installed.Product("app", self.app, {"data": installed.Member(b"data")})
+        self.host.install([first, second])
+        for operand in (self.app / "install/second.receipt", "opt/app/install/../install/second.receipt"):
+            done = self.host.verify("--format=json", operand, check=0)
+            self.assertEqual([each["product"] for each in json.loads(done.stdout)["products"]], ["second"])
+        self.check(self.host.verify(self.app / "install/third.receipt"), 2, "",
+                   f"morvane-verify: {self.app}/install/third.receipt: there is no such receipt\n")
+
     def damage(self):
         (self.app / "lib/data").write_text("changed")
         (self.app / "link").unlink()
@@ -74,6 +84,7 @@ class VerifyTest(unittest.TestCase):
         self.damage()
         done = self.host.verify("--format=json", "app")
         product, = json.loads(done.stdout)["products"]
+        self.assertTrue(product["complete"])
         self.assertEqual((product["product"], product["directory"], product["made_afterwards"]),
                          ("app", str(self.app), True))
         states = {each["path"].removeprefix(f"{self.app}/"): each["state"]
@@ -84,7 +95,6 @@ class VerifyTest(unittest.TestCase):
 
     def test_tells_of_what_was_changed_before_the_receipt(self):
         self.one()
-        self.assertTrue(product["complete"])
         (self.app / "lib/data").write_text("late")
         done = self.host.verify("-C", self.host.distribution, "--save")
         self.check(done, 1, f"app 1.0 in {self.app}: 9 paths, 1 not as installed\n"

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <set>
 
 #include "report/finding.h"
@@ -32,6 +33,23 @@ bool is_same_directory(const std::string& a, const std::string& b) {
          first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
+// A product that an operand names by the file of the receipt beside it.
+struct named_product {
+  std::string id;
+  std::string directory;
+};
+
+std::optional<named_product> named_by_receipt(const std::string& operand) {
+  std::error_code error;
+  const std::filesystem::path file = std::filesystem::absolute(operand, error).lexically_normal();
+  const std::filesystem::path install = file.parent_path();
+  if (error || !is_path(operand) || file.extension() != RECEIPT_ENDING ||
+      install.filename() != INSTALL_DIRECTORY) {
+    return std::nullopt;
+  }
+  return named_product{file.stem(), install.parent_path()};
+}
+
 void read_beside(receipt_store& store, const std::string& directory) {
   if (add_beside(store, directory)) return;
   if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) note_unread(store, directory);
@@ -53,6 +71,20 @@ std::size_t select_in(selection& selected, const receipt_store& store,
     ++count;
   }
   return count;
+}
+
+// Its directory may be gone: then the registry tells of it.
+bool select_named(selection& selected, const receipt_store& store, const named_product& named) {
+  for (const stored_receipt& stored : store.receipts) {
+    const receipt& of = stored.content;
+    if (of.id != named.id || stored.file.empty()) continue;
+    if (of.directory != named.directory && !is_same_directory(of.directory, named.directory)) {
+      continue;
+    }
+    select(selected, stored);
+    return true;
+  }
+  return false;
 }
 
 void select_identifier(selection& selected, const receipt_store& store, const std::string& id) {
@@ -84,6 +116,7 @@ receipt_store load_receipts(const std::string& registry, const std::vector<std::
   std::set<std::string> directories;
   for (const stored_receipt& stored : store.receipts) directories.insert(stored.content.directory);
   for (const std::string& operand : operands) {
+    if (const auto named = named_by_receipt(operand)) directories.insert(named->directory);
     std::error_code error;
     const auto absolute = std::filesystem::absolute(is_path(operand) ? operand : ".", error);
     if (!error) directories.insert(absolute.lexically_normal());
@@ -101,6 +134,10 @@ selection select_products(const receipt_store& store, const std::vector<std::str
     if (!known && is_directory(operand)) {
       if (select_in(selected, store, operand) == 0) {
         selected.faults.push_back(printable(operand) + ": there is no receipt of a product in it");
+      }
+    } else if (const auto named = named_by_receipt(operand)) {
+      if (!select_named(selected, store, *named)) {
+        selected.faults.push_back(printable(operand) + ": there is no such receipt");
       }
     } else {
       select_identifier(selected, store, operand);

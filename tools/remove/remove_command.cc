@@ -16,6 +16,7 @@
 #include "receipt/receipt_store.h"
 #include "remove/dependents.h"
 #include "remove/removal.h"
+#include "remove/remove_report.h"
 #include "remove/remover.h"
 #include "report/finding.h"
 
@@ -26,6 +27,7 @@ namespace {
 struct remove_options {
   bool plan = false;
   bool yes = false;
+  bool json = false;
   std::string keep_in;
   std::vector<std::string> searched;
   std::string registry = std::string(REGISTRY);
@@ -36,10 +38,15 @@ command described_command(remove_options& options) {
     return [&taken](const std::string&) { return taken = true; };
   };
   return {"morvane-remove",
-          "ID | DIRECTORY...",
+          "ID | DIRECTORY | RECEIPT...",
           "Takes products away: what their receipts name and nobody changed.",
           {{"plan", "", "only say what would be done", flag(options.plan)},
            {"yes", "", "do it without asking", flag(options.yes)},
+           {"format", "FORMAT", "text or json, with --plan or --yes",
+            [&](const std::string& name) {
+              options.json = name == "json";
+              return options.json || name == "text";
+            }},
            {"keep-in", "DIRECTORY", "move changed files there, instead of leaving them",
             [&](const std::string& directory) {
               options.keep_in = directory;
@@ -140,11 +147,17 @@ class remove_run {
     return unclear;
   }
 
+  // For people. Programs are told in the end.
+  void tell(const std::string& text) const {
+    if (!options_.json) std::fputs(text.c_str(), stdout);
+  }
+
   // Returns whether all of the products goes.
   bool show_plans() const {
     bool all_goes = true;
+    if (options_.json && options_.plan) std::fputs(json_of(plans_).c_str(), stdout);
     for (const removal& planned : plans_) {
-      std::fputs(text_of(planned).c_str(), stdout);
+      tell(text_of(planned));
       all_goes = all_goes && std::ranges::all_of(planned.paths, [](const planned_path& path) {
                    return path.why.empty();
                  });
@@ -174,35 +187,35 @@ class remove_run {
     planned = plan_removal(store_, *planned.product, removed_);
     for (const planned_path& path : planned.paths) {
       const std::string line = line_of(path);
-      if (!path.why.empty() && shown.find(line) == std::string::npos)
-        std::fputs(line.c_str(), stdout);
+      if (!path.why.empty() && shown.find(line) == std::string::npos) tell(line);
     }
   }
 
   exit_status act(bool all_goes) {
     exit_status status = all_goes ? exit_status::GOOD : exit_status::FINDINGS;
-    for (std::size_t i = 0; i < plans_.size(); ++i) {
+    std::vector<removed_product> done;
+    for (std::size_t i = 0; i < plans_.size() && status != exit_status::FAILED; ++i) {
       // The one before may have handed something on to it.
       if (i > 0) plan_again(plans_[i]);
       const removal& planned = plans_[i];
-      const removed_product done =
-          planned.faults.empty() ? remove(planned, store_, options_.registry, options_.keep_in)
-                                 : removed_product{{}, {}, planned.faults};
-      for (const std::string& remark : done.remarks) {
-        std::fputs(("  " + printable(remark) + "\n").c_str(), stdout);
-        status = std::max(status, exit_status::FINDINGS);
-      }
-      const std::string id = printable(planned.product->content.id);
-      std::fputs((id + ": removed " + counted_kinds(done.removed) + "\n").c_str(), stdout);
-      for (const std::string& fault : done.faults)
-        complain(described_, id + ": " + printable(fault));
-      if (!done.faults.empty()) {
-        complain(described_, id + ": not finished, its receipt is still there: run this again");
-        return exit_status::FAILED;
-      }
+      done.push_back(planned.faults.empty()
+                         ? remove(planned, store_, options_.registry, options_.keep_in)
+                         : removed_product{{}, {}, planned.faults});
+      status = std::max(status, tell_done(printable(planned.product->content.id), done.back()));
     }
+    if (options_.json) std::fputs(json_of(plans_, done).c_str(), stdout);
     if (std::fflush(stdout) == 0) return status;
     complain(described_, std::string("what was done cannot be told: ") + std::strerror(errno));
+    return exit_status::FAILED;
+  }
+
+  exit_status tell_done(const std::string& id, const removed_product& done) const {
+    for (const std::string& remark : done.remarks) tell("  " + printable(remark) + "\n");
+    tell(id + ": removed " + counted_kinds(done.removed) + "\n");
+    for (const std::string& fault : done.faults) complain(described_, id + ": " + printable(fault));
+    if (done.faults.empty())
+      return done.remarks.empty() ? exit_status::GOOD : exit_status::FINDINGS;
+    complain(described_, id + ": not finished, its receipt is still there: run this again");
     return exit_status::FAILED;
   }
 
@@ -224,6 +237,10 @@ exit_status run_remove(int count, char** arguments) {
   const auto& operands = std::get<std::vector<std::string>>(parsed);
   if (operands.empty()) {
     complain(described, "no product is named");
+    return exit_status::WRONG_USE;
+  }
+  if (options.json && !options.plan && !options.yes) {
+    complain(described, "--format=json asks nobody: say --plan or --yes");
     return exit_status::WRONG_USE;
   }
   return remove_run(described, options).run(operands);

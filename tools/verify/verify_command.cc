@@ -39,7 +39,7 @@ bool take_format(const std::string& name, format& taken) {
 
 command described_command(verify_options& options) {
   return {"morvane-verify",
-          "[DIRECTORY | ID]...",
+          "[DIRECTORY | ID | RECEIPT]...",
           "Compares what is installed with what its receipts tell.",
           {{"format", "FORMAT", "text, rpm (a letter for each property) or json",
             [&](const std::string& name) { return take_format(name, options.format); }},
