@@ -1,7 +1,8 @@
-"""Hosts for tests of the collection: each is an sshd with processes, /opt, /root and /tmp of its own.
+"""Hosts for tests of the collection: each is an sshd with processes, /opt, /root, /tmp and /var/lib of its
+own.
 
 They listen on loopback addresses, know one key and share one distribution in /srv/distribution and
-one morvane-answers in /usr/local/bin, which cover what lies there. Nothing outlives whoever made them.
+the commands in /usr/local/bin, which cover what lies there. Nothing outlives whoever made them.
 """
 
 import json
@@ -33,6 +34,7 @@ Subsystem sftp internal-sftp
 START = """\
 mount --bind "$1/opt" /opt
 mount --bind "$1/root" /root
+mount --bind "$1/lib" /var/lib
 mount --bind "$2/run" /run
 mount --bind "$2/srv" /srv
 mount --bind "$2/bin" /usr/local/bin
@@ -112,12 +114,12 @@ class Hosts:
         return f"127.0.1.{number}"
 
     def disk(self, name):
-        """Returns the directory in which a host has its /opt, /root and /tmp."""
+        """Returns the directory in which a host has its /opt, /root and /tmp, and /var/lib as lib."""
         return self.root / "hosts" / name
 
     def start(self, name):
         """Starts a host, with what it had on its disk."""
-        for directory in ("opt", "root", "tmp"):
+        for directory in ("opt", "root", "tmp", "lib"):
             (self.disk(name) / directory).mkdir(parents=True, exist_ok=True)
         with open(self.disk(name) / "log", "ab") as log:
             self.running[name] = subprocess.Popen(

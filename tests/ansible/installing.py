@@ -7,8 +7,10 @@
 import fcntl
 import os
 import shutil
+import subprocess
 
-from module_test import GROUP, USER, ModuleTest, archive, main
+import needs
+from module_test import BUILD, GROUP, USER, ModuleTest, archive, main
 
 
 class Installing(ModuleTest):
@@ -95,9 +97,10 @@ class Installing(ModuleTest):
         result = self.install()
         self.assertEqual((result["failed"], result["changed"], self.outcomes(result)),
                          (True, True, {"base": "installed", "app": "failed"}))
-        self.assertEqual(result["msg"], "make ended with status 2 at app: no app today. "
+        self.assertEqual(result["msg"], "app could not be installed, see the output. "
                          "When that is mended, run this again.")
         self.assertIn("no app today", result["output"])
+        self.assertIsNone(self.find()["app"]["receipt"])
         self.assertEqual(self.made(), self.MADE)
         (self.root / "broken-app").unlink()
         self.expect(self.install(), True, {"base": "unchanged", "app": "installed"}, ["app program"])
@@ -109,6 +112,7 @@ class Installing(ModuleTest):
         (self.root / "broken-app").touch()
         self.assertTrue(self.install()["failed"])
         self.made()
+        self.assertEqual(self.find()["app"]["receipt"]["complete"], "no")
         (self.root / "broken-app").unlink()
         self.products[0]["parts"]["pages"] = False
         self.expect(self.install(), True, {"base": "unchanged", "app": "installed"}, ["app program"])
@@ -133,7 +137,7 @@ class Installing(ModuleTest):
         self.expect(self.install(), True, {"plain": "installed"}, [])
         self.expect(self.install(), False, {"plain": "unchanged"}, [])
         (self.installed("plain/plain.txt")).unlink()
-        (self.installed("plain/install/plain.ansible")).unlink()
+        (self.installed("plain/install/plain.receipt")).unlink()
         self.expect(self.install(), True, {"plain": "installed"}, [])
         self.assertTrue(self.installed("plain/plain.txt").exists())
 
@@ -180,20 +184,62 @@ class Installing(ModuleTest):
         fcntl.flock(descriptor, fcntl.LOCK_UN)
         self.install_all()
 
-    def test_a_link_in_the_place_of_the_record_is_not_followed(self):
+    def test_after_a_failure_what_was_not_begun_is_told(self):
         self.install_all()
-        record = self.installed("app/install/app.ansible")
-        (self.root / "precious").write_text("kept")
-        record.unlink()
-        record.symlink_to(self.root / "precious")
-        self.expect(self.install(), True, {"base": "unchanged", "app": "installed"}, ["app program"])
-        self.assertEqual((self.root / "precious").read_text(), "kept")
-        self.assertFalse(record.is_symlink())
+        (self.root / "broken-base").touch()
+        self.products[1]["access"] = False
+        result = self.install()
+        self.assertEqual(self.outcomes(result), {"base": "failed", "app": "to be installed"})
+        self.assertEqual(self.made(), ["base program"])
+        (self.root / "broken-base").unlink()
+        self.expect(self.install(), True, self.BOTH, self.MADE)
 
-    def test_a_record_that_cannot_be_understood_counts_as_none(self):
+    def test_a_receipt_that_cannot_be_kept_is_a_failure(self):
         self.install_all()
-        for text in ("", "{", "[]", "\udcff"):
-            self.installed("app/install/app.ansible").write_text(text, errors="surrogateescape")
+        receipt = self.installed("base/install/base.receipt")
+        receipt.unlink()
+        receipt.mkdir()
+        result = self.install()
+        self.assertTrue(result["failed"])
+        self.assertEqual(self.outcomes(result), {"base": "failed", "app": "installed"})
+        self.assertIn("no receipt could be kept", "\n".join(result["output"]))
+
+    def test_what_is_installed_is_as_morvane_verify_expects_it(self):
+        self.install_all()
+        for identifier in ("app", "base"):
+            done = subprocess.run([BUILD / "morvane-verify", f"--registry={self.root}/registry", identifier],
+                                  capture_output=True, text=True, check=False)
+            self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
+
+    def test_what_an_operator_installed_is_left_alone(self):
+        by_hand = self.root / "by-hand"
+        shutil.copytree(self.dist, by_hand)
+        answers = self.root / "answers"
+        answers.write_text(f"morvane answers 1\nproducts = base\n[base]\ndirectory = {self.root}/opt/base\n"
+                           f"create-directory = yes\nowner = {USER}\ngroup = {GROUP}\naccess = yes\n")
+        for command in (["morvane-answers", "play", answers],
+                        ["morvane-install", f"--registry={self.root}/registry"]):
+            subprocess.run([BUILD / command[0], "-C", by_hand, *command[1:]], check=True, umask=0o022,
+                           capture_output=True, env={"PATH": needs.PATH})
+        self.made()
+        self.expect(self.install(), True, {"base": "unchanged", "app": "installed"}, ["app program"])
+
+    def test_a_link_in_the_place_of_the_receipt_is_not_followed(self):
+        self.install_all()
+        receipt = self.installed("app/install/app.receipt")
+        (self.root / "precious").write_text("kept")
+        receipt.unlink()
+        receipt.symlink_to(self.root / "precious")
+        result = self.install()
+        self.assertEqual(self.outcomes(result), {"base": "unchanged", "app": "failed"})
+        self.assertIn("no receipt could be kept", "\n".join(result["output"]))
+        self.assertEqual((self.root / "precious").read_text(), "kept")
+
+    def test_a_receipt_that_cannot_be_understood_counts_as_none(self):
+        self.install_all()
+        for text in ("", "{", "morvane receipt 2\n", "morvane receipt 1\n",
+                     "morvane receipt 1\nneed-name = x\nentries = 0\n", "\udcff"):
+            self.installed("app/install/app.receipt").write_text(text, errors="surrogateescape")
             self.expect(self.install(), True, {"base": "unchanged", "app": "installed"}, ["app program"])
 
 

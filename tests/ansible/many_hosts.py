@@ -3,7 +3,8 @@
 
     many_hosts.py BUILD_DIRECTORY [COUNT]
 
-By default on five hosts, in a handful of plays in which one host refuses, one fails, and one goes away.
+By default on five hosts, in a handful of plays in which one host refuses, one fails, and one goes away; in
+the end all is taken away again.
 With COUNT, the plays for as many hosts are measured.
 """
 
@@ -23,6 +24,7 @@ BUILD = pathlib.Path(sys.argv[1]).resolve()
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 COUNT = int(sys.argv[2]) if len(sys.argv) > 2 else 5
 FORKS = 25
+COMMANDS = ("morvane-answers", "morvane-install", "morvane-remove", "morvane-verify")
 
 DESCRIPTIONS = {
     "base": """\
@@ -62,6 +64,12 @@ PLAYBOOK = [{"name": "Install", "hosts": "all", "gather_facts": False,
              "vars": {"install_distribution": "/srv/distribution", "install_products": PRODUCTS}}]
 
 
+def taking_away(*identifiers):
+    """Returns a playbook that takes products away."""
+    return [{**PLAYBOOK[0], "vars": {"install_state": "absent",
+                                     "install_products": [{"id": identifier} for identifier in identifiers]}}]
+
+
 def make_distribution(root):
     for identifier, description in DESCRIPTIONS.items():
         (root / identifier / "install").mkdir(parents=True)
@@ -75,7 +83,8 @@ def set_up(root, count):
     """Returns the hosts host1, host2, ... with all that they need."""
     hosts = many.Hosts(root, [f"host{number}" for number in range(1, count + 1)], forks=FORKS)
     make_distribution(root)
-    shutil.copy(BUILD / "morvane-answers", root / "bin")
+    for command in COMMANDS:
+        shutil.copy(BUILD / command, root / "bin")
     hosts.install_collection(PROJECT)
     return hosts
 
@@ -107,14 +116,16 @@ class ManyHosts(unittest.TestCase):
                 self.two_do_not_come_to_an_end()
                 self.all_go_on()
                 self.nothing_is_left_to_do()
+                self.one_still_needs_it()
+                self.all_is_taken_away()
 
     def one_refuses(self):
         """A file is in the way of a directory on host2: no host is touched."""
         (self.hosts.disk("host2") / "opt/base").write_text("")
         status, results, printed = self.hosts.play(PLAYBOOK)
         self.assertEqual(status, 2, printed)
-        self.assertEqual(results["host2"]["msg"], "The answers were refused, and nothing was touched: "
-                         "[base] directory: /opt/base is no directory")
+        self.assertEqual(results["host2"]["msg"], "The installation is blocked, and nothing was touched: "
+                         "[base] its directory '/opt/base' is no directory")
         for host in self.hosts.names:
             found = [path.name for path in (self.hosts.disk(host) / "opt").iterdir()]
             self.assertEqual(found, ["base"] if host == "host2" else [], host)
@@ -129,7 +140,8 @@ class ManyHosts(unittest.TestCase):
         self.assertIn("Failed to connect to the host", results["host4"]["msg"])
         self.assertEqual(self.made("host4"), ["base program", "app program"])
         self.expect(results, "host3", True, ["base program", "app program"], base="installed", app="failed")
-        self.assertIn("at app: no room. When that is mended, run this again.", results["host3"]["msg"])
+        self.assertIn("app could not be installed, ", results["host3"]["msg"])
+        self.assertIn("no room", results["host3"]["output"])
         for host in ("host1", "host2", "host5"):
             self.expect(results, host, True, ["base program", "app program"], base="installed", app="installed")
 
@@ -169,6 +181,38 @@ class ManyHosts(unittest.TestCase):
         self.assertIn("bose", settings.read_text())
         for host in self.hosts.names[1:]:
             self.expect(results, host, False, [], base="unchanged", app="unchanged")
+
+
+    def one_still_needs_it(self):
+        """On host2 there still is an app that needs its base: no host loses its own."""
+        status, results, printed = self.hosts.play(taking_away("app"), "--limit", "all:!host2")
+        self.assertEqual(status, 0, printed)
+        for host in ("host1", "host3", "host4", "host5"):
+            self.expect(results, host, True, [], app="removed")
+        kept, = results["host1"]["products"][0]["kept"]
+        self.assertEqual(kept["path"], "/opt/app/install/app.dat")  # which was edited
+        before = {host: self.receipts(host) for host in self.hosts.names}
+        self.assertEqual([len(receipts) for receipts in before.values()], [1, 2, 1, 1, 1])
+        status, results, printed = self.hosts.play(taking_away("base"))
+        self.assertEqual(status, 2, printed)
+        self.assertEqual(results["host2"]["msg"], "The removal was refused: 'app' in /opt/app needs 'base' in "
+                         "/opt/base; nothing was removed")
+        self.assertEqual({host: self.receipts(host) for host in self.hosts.names}, before)
+
+    def receipts(self, host):
+        """Returns the receipts in the registry of a host."""
+        return {path.name: path.read_text() for path in (self.hosts.disk(host) / "lib/morvane").iterdir()}
+
+    def all_is_taken_away(self):
+        for changed, outcome in ((True, "removed"), (False, "unchanged")):
+            status, results, printed = self.hosts.play(taking_away("app", "base"))
+            self.assertEqual(status, 0, printed)
+            self.expect(results, "host2", changed, [], app=outcome, base=outcome)
+            for host in ("host1", "host3", "host4", "host5"):
+                self.expect(results, host, changed, [], app="unchanged", base=outcome)
+        for host in self.hosts.names:
+            self.assertEqual(self.receipts(host), {})
+            self.assertEqual(list((self.hosts.disk(host) / "opt/base").iterdir()), [])
 
 
 def cpu_seconds(hosts):

@@ -16,7 +16,6 @@ import unittest
 import needs
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
-ANSWERS = BUILD / "morvane-answers"
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 USER = pwd.getpwuid(os.geteuid()).pw_name
 GROUP = grp.getgrgid(os.getegid()).gr_name
@@ -107,10 +106,25 @@ class ModuleTest(unittest.TestCase):
         return json.loads(done.stdout)
 
     def install(self, **options):
-        arguments = {"distribution": str(self.dist), "executable": str(ANSWERS), **options}
+        arguments = {"distribution": str(self.dist), **self.commands(), **options}
         if "answers" not in options:
             arguments.setdefault("products", self.products)
         return self.run_module("installation", **arguments)
+
+    def commands(self):
+        return {"commands": str(BUILD), "registry": str(self.root / "registry")}
+
+    def remove(self, *products, **options):
+        products = [product if isinstance(product, dict) else {"id": product} for product in products]
+        return self.run_module("installation", state="absent", products=products,
+                               **{**self.commands(), **options})
+
+    def find(self, **options):
+        """Returns what installation_info finds, by identifiers."""
+        result = self.run_module("installation_info", directories=[f"{self.root}/opt/*"],
+                                 **{**self.commands(), **options})
+        self.assertFalse(result["changed"])
+        return {product["id"]: product for product in result["products"]}
 
     def outcomes(self, result):
         return {product["id"]: product["outcome"] for product in result["products"]}

@@ -32,7 +32,8 @@ def follow(build, root):
     work.mkdir()
     subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL)
     with many.Hosts(root, NAMES, forks=10) as hosts:
-        shutil.copy(build / "morvane-answers", root / "bin")
+        for command in ("morvane-answers", "morvane-install"):
+            shutil.copy(build / command, root / "bin")
         subprocess.run([PROJECT / "scripts/collection", work], check=True, stdout=subprocess.DEVNULL,
                        env=hosts.environment)
         environment = {**hosts.environment, "PATH": f"{prefix}/bin:{needs.PATH}", "HERE": str(root / "here")}

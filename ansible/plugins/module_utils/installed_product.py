@@ -1,12 +1,16 @@
 # Copyright: the morvane authors
-"""What lies in the directory of an installed product, and the record that its installation leaves there."""
+"""What lies in the directory of an installed product, and what its receipt tells."""
 
+import glob
 import hashlib
-import json
 import os
-import tempfile
+import re
 
 BLOCK = 1 << 20
+
+RECEIPT_HEAD = b"morvane receipt 1\n"
+NEED = ("need", "need-directory", "need-name", "need-version")
+ESCAPED = re.compile(rb"%([0-9A-F]{2})")
 
 
 def installed_file(directory, identifier, kind):
@@ -46,45 +50,82 @@ def settings_lines(text):
     return [line for line in text.splitlines() if line and not line.startswith("#")]
 
 
-def read_record(directory, identifier):
-    """Returns the record of an installation that ended well, or None."""
-    try:
-        record = json.loads(read_text(installed_file(directory, identifier, "ansible")) or "null")
-    except ValueError:
+def unescaped(value):
+    value = ESCAPED.sub(lambda found: bytes((int(found.group(1), 16),)), value)
+    return value.decode("utf-8", "surrogateescape")
+
+
+def head_of(lines):
+    """Returns what a receipt says of the product before its entries begin, or None where it is none."""
+    receipt = dict(parts=[], patch_of=[], needs=[])
+    if next(lines, b"") != RECEIPT_HEAD:
         return None
-    return record if isinstance(record, dict) else None
+    for line in lines:
+        name, _equals, value = line.rstrip(b"\n").partition(b" =")
+        name, value = name.decode("ascii", "replace"), unescaped(value[1:])
+        if "\0" in value:
+            return None
+        if name == "entries":
+            return receipt
+        if name == "part":
+            receipt["parts"].append(value)
+        elif name == "patch-of":
+            receipt["patch_of"].append(value)
+        elif name == "need":
+            receipt["needs"].append(dict(category=value))
+        elif name in NEED and receipt["needs"]:
+            receipt["needs"][-1][name.partition("-")[2]] = value
+        else:
+            receipt[name] = value
+    return None
+
+
+def read_receipt_file(path):
+    try:
+        if not os.path.isfile(path):
+            return None
+        with open(path, "rb") as file:
+            return head_of(iter(file.readline, b""))
+    except OSError:
+        return None
+
+
+def receipt_file(directory, identifier):
+    return installed_file(directory, identifier, "receipt")
+
+
+def read_receipt(directory, identifier):
+    """Returns what the receipt beside a product says of it, by the names in morvane.receipt(5), or None.
+
+    One that came with a copy of another directory is not the product's.
+    """
+    receipt = read_receipt_file(receipt_file(directory, identifier))
+    if receipt is None or receipt.get("product") != identifier:
+        return None
+    is_here = os.path.realpath(receipt.get("directory", "/")) == os.path.realpath(directory)
+    return receipt if is_here else None
+
+
+def registered(registry, identifier):
+    """Returns the directories in which a product is installed, as the registry tells.
+
+    Of a receipt that cannot be read, it is None.
+    """
+    receipts = glob.glob(os.path.join(glob.escape(registry), glob.escape(identifier) + ".*.receipt"))
+    form = re.compile(re.escape(identifier) + r"\.[0-9a-f]{16}\.receipt")
+    return [(read_receipt_file(path) or {}).get("directory")
+            for path in receipts if form.fullmatch(os.path.basename(path))]
 
 
 def found(directory, identifier):
-    """Returns what is installed, or None where no installation ended well.
+    """Returns the state in which a product is installed, to be compared with that which is wanted; or None.
 
     Settings and description are those that lie there now: somebody may have changed them since.
     """
-    record = read_record(directory, identifier)
-    if record is not None:
-        record["settings"] = settings_lines(read_text(installed_file(directory, identifier, "dat")))
-        record["description"] = digest(installed_file(directory, identifier, "descr"))
-    return record
-
-
-def remove_record(directory, identifier):
-    """Forgets that an installation ended well."""
-    path = installed_file(directory, identifier, "ansible")
-    if os.path.lexists(path):
-        os.remove(path)
-
-
-def write_record(directory, identifier, record):
-    """Writes that an installation ended well.
-
-    The directory may be the product owner's: a new file takes the place of whatever has the name.
-    """
-    path = installed_file(directory, identifier, "ansible")
-    if not os.path.isdir(os.path.dirname(path)):
-        os.mkdir(os.path.dirname(path), 0o755)
-    descriptor, new = tempfile.mkstemp(dir=os.path.dirname(path))
-    with os.fdopen(descriptor, "w") as file:
-        json.dump(record, file, indent=2, sort_keys=True)
-        file.write("\n")
-        os.fchmod(descriptor, 0o644 if record["access"] == "yes" else 0o600)
-    os.rename(new, path)
+    receipt = read_receipt(directory, identifier)
+    if receipt is None:
+        return None
+    state = {name: receipt.get(name) for name in ("owner", "group", "access", "parts", "archive", "complete")}
+    state["settings"] = settings_lines(read_text(installed_file(directory, identifier, "dat")))
+    state["description"] = digest(installed_file(directory, identifier, "descr"))
+    return state
