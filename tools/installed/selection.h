@@ -19,8 +19,9 @@ struct selection {
   std::vector<std::string> faults;              // of operands that mean none, or several
 };
 
-// Returns the products that the operands mean: an identifier; a directory, which stands for all that
-// are installed in it; or DIRECTORY/install/ID.receipt, for the one in it. Without operands: all.
+// Returns the products that the operands mean: an identifier; a directory, which stands for all
+// that are installed in it; or DIRECTORY/install/ID.receipt, for the one in it. Without operands:
+// all.
 selection select_products(const receipt_store& store, const std::vector<std::string>& operands);
 
 }  // namespace morvane
