@@ -171,4 +171,15 @@ read_outcome read_product(string_view directory, string_view identifier, product
   return nothing_read ? read_outcome::IMPOSSIBLE : read_outcome::DONE;
 }
 
+void read_product_in(string_view text, string_view identifier, product& record) {
+  init_product(record);
+  record.id = identifier;
+  record.descr_avail = DESCRIBED;
+  input_file file = input_file::holding(text);
+  description d{record, identifier};
+  const fault_listener tell_nobody = [](const description_fault&) {};
+  const entry_listener hand_over_nothing = nullptr;
+  parser(file, "", d, tell_nobody, hand_over_nothing).read_entries();
+}
+
 }  // namespace morvane

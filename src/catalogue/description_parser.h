@@ -36,6 +36,9 @@ read_outcome read_product(std::string_view directory, std::string_view identifie
                           const fault_listener& listener = diagnose_fault,
                           const entry_listener& entries = nullptr);
 
+// As `read_product`, for a description that was read before, of which faults are not told.
+void read_product_in(std::string_view text, std::string_view identifier, product& record);
+
 }  // namespace morvane
 
 #endif  // MORVANE_CATALOGUE_DESCRIPTION_PARSER_H

@@ -56,7 +56,7 @@ ssize_t read_uninterrupted(const descriptor& file, char* block, std::size_t size
   return count;
 }
 
-std::optional<std::string> read_rest(const descriptor& file) {
+std::optional<std::string> read_rest(const descriptor& file, std::size_t most) {
   std::string content;
   std::array<char, 4096> block;
   for (;;) {
@@ -64,6 +64,10 @@ std::optional<std::string> read_rest(const descriptor& file) {
     if (count < 0) return std::nullopt;
     if (count == 0) return content;
     content.append(block.data(), static_cast<std::size_t>(count));
+    if (content.size() > most) {
+      errno = EFBIG;
+      return std::nullopt;
+    }
   }
 }
 

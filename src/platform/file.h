@@ -49,8 +49,9 @@ descriptor open_for_writing(const std::string& path, bool& created);
 // 0 at the end, -1 where it fails, as `errno` then tells.
 ssize_t read_uninterrupted(const descriptor& file, char* block, std::size_t size);
 
-// Returns what is left to read of `file`, or nothing where that fails.
-std::optional<std::string> read_rest(const descriptor& file);
+// Returns what is left to read of `file`, or nothing where that fails, as `errno` tells: EFBIG
+// where it is more than `most` bytes, however many others add to it meanwhile.
+std::optional<std::string> read_rest(const descriptor& file, std::size_t most = std::string::npos);
 
 // Puts `content` in the place of all that `file`, open for writing, held. Returns whether all of it
 // was written.

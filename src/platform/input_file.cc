@@ -25,6 +25,16 @@ input_file::input_file(const std::string& path) : file_(open_for_reading(path)) 
   }
 }
 
+input_file input_file::holding(std::string_view content) {
+  input_file made;
+  made.size_ = content.size();
+  made.block_ = std::make_unique_for_overwrite<char[]>(content.size());
+  std::ranges::copy(content, made.block_.get());
+  made.next_ = made.block_.get();
+  made.end_ = made.next_ + content.size();
+  return made;
+}
+
 bool input_file::read_block() {
   if (ended_ || !is_open()) return false;
   before_block_ = offset();

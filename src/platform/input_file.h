@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/file.h"
@@ -28,6 +29,9 @@ class input_file {
 
   // Goes on with an open file from where it stands.
   explicit input_file(descriptor file) : file_(std::move(file)) {}
+
+  // Reads `content`, as if it stood in a file; no file is open.
+  static input_file holding(std::string_view content);
 
   bool is_open() const { return file_.is_open(); }
 
@@ -88,6 +92,8 @@ class input_file {
   void skip_line(std::size_t limit);
 
  private:
+  input_file() = default;
+
   bool read_block();
 
   // Returns the first byte of the block that is not `accepted`, or its end.

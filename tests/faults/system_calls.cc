@@ -12,6 +12,7 @@
 //            short    it reads or writes no more than VALUE bytes
 //            signal   the signal VALUE arrives with it; a process that it stops goes on at once
 //            group    the same for the command's process group, as from a terminal
+//            meanwhile  the shell runs what MEANWHILE in the environment says before the call
 //
 // The command keeps its process id: the tracer is its child, and has ended once nobody holds the
 // command's standard error any more. Calls of the dynamic loader do not count: what fails there
@@ -244,6 +245,10 @@ class tracer {
 
   // Returns whether the call is to be stopped at once more, behind its end.
   bool strike(pid_t pid) {
+    if (fault_ == "meanwhile") {
+      report_ << "meanwhile " << std::system(std::getenv("MEANWHILE")) << "\n" << std::flush;
+      return false;
+    }
     if (fault_ == "signal" || fault_ == "group") {
       kill(fault_ == "group" ? -command_ : pid, value_);
       return false;

@@ -2,9 +2,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "support/child.h"
+#include "tree/copy.h"
 #include "tree/digest.h"
 #include "tree/directory.h"
 #include "tree/walk.h"
@@ -133,19 +137,69 @@ TEST(Digest, IsSha256) {
 
 TEST(Digest, OfManyFilesIsThatOfEach) {
   const scratch_directory scratch;
-  std::vector<std::string> paths;
-  for (int i = 0; i < 50; ++i) {
-    paths.push_back("d/" + std::to_string(i));
-    write_file(paths.back(), std::string(static_cast<std::size_t>(i) * 5000, 'x'));
+  std::vector<sized_file> files;
+  for (std::size_t i = 0; i < 50; ++i) {
+    files.push_back({"d/" + std::to_string(i), i * 5000});
+    write_file(files.back().path, std::string(i * 5000, 'x'));
   }
   write_file("abc", "abc");
-  paths.insert(paths.end(), {"abc", "gone", "d"});
-  const auto digests = digests_below(open_directory(scratch.path()), paths);
-  ASSERT_EQ(digests.size(), paths.size());
-  for (std::size_t i = 0; i < 50; ++i) EXPECT_EQ(digests[i], digest_of(read_file(paths[i])));
+  files.insert(files.end(), {{"abc", 3}, {"abc", 2}, {"abc", 4}, {"gone", 0}, {"d", 0}});
+  const auto digests = digests_below(open_directory(scratch.path()), files);
+  ASSERT_EQ(digests.size(), files.size());
+  for (std::size_t i = 0; i < 50; ++i) EXPECT_EQ(digests[i], digest_of(read_file(files[i].path)));
   EXPECT_EQ(digests[50], DIGEST_OF_ABC);
-  EXPECT_FALSE(digests[51]);
-  EXPECT_FALSE(digests[52]);
+  for (std::size_t i = 51; i < digests.size(); ++i) EXPECT_FALSE(digests[i]) << files[i].path;
+}
+
+TEST(Digest, OfAFileThatGrewIsNotWaitedFor) {
+  const scratch_directory scratch;
+  write_file("file", "abc");
+  constexpr off_t MORE_THAN_CAN_BE_READ = off_t{1} << 40;
+  ASSERT_EQ(truncate("file", MORE_THAN_CAN_BE_READ), 0);
+  EXPECT_EQ(digest_of_file(open_for_reading("file"), 3), std::nullopt);
+  EXPECT_EQ(errno, EAGAIN);
+}
+
+TEST(Copy, HasAllThatTheFileHas) {
+  const scratch_directory scratch;
+  write_file("file", std::string(100'000, 'x'));
+  ASSERT_EQ(chmod("file", 02751), 0);
+  const descriptor here = open_directory(scratch.path());
+  const auto status = look_at(here, "file");
+  ASSERT_TRUE(status && copy_to(here, "file", *status, "copy"));
+  const auto copy = look_at(here, "copy");
+  EXPECT_EQ(read_file("copy"), read_file("file"));
+  EXPECT_EQ(copy->mode, 02751U);
+  EXPECT_EQ(copy->modified, status->modified);
+  EXPECT_FALSE(copy_to(here, "file", *status, "copy"));
+  EXPECT_EQ(errno, EEXIST);
+}
+
+TEST(Copy, OfHolesIsAHole) {
+  const scratch_directory scratch;
+  write_file("file", "abc");
+  constexpr off_t MORE_THAN_CAN_BE_COPIED = off_t{1} << 40;
+  ASSERT_EQ(truncate("file", MORE_THAN_CAN_BE_COPIED), 0);
+  const descriptor here = open_directory(scratch.path());
+  const auto status = look_at(here, "file");
+  ASSERT_TRUE(status && copy_to(here, "file", *status, "copy")) << strerror(errno);
+  EXPECT_EQ(look_at(here, "copy")->size, status->size);
+  const descriptor copy = open_for_reading("copy");
+  char begin[4] = "";
+  EXPECT_EQ(read_uninterrupted(copy, begin, 4), 4);
+  EXPECT_EQ(std::string(begin, 4), std::string("abc\0", 4));
+}
+
+TEST(Copy, IsOnlyMadeOfWhatWasLookedAt) {
+  const scratch_directory scratch;
+  write_file("file", "abc");
+  const descriptor here = open_directory(scratch.path());
+  const auto status = look_at(here, "file");
+  write_file("other", "abc");
+  ASSERT_EQ(rename("other", "file"), 0);
+  EXPECT_FALSE(copy_to(here, "file", *status, "copy"));
+  EXPECT_EQ(errno, EAGAIN);
+  EXPECT_FALSE(std::filesystem::exists("copy"));
 }
 
 }  // namespace

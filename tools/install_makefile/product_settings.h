@@ -2,11 +2,15 @@
 #ifndef MORVANE_INSTALL_MAKEFILE_PRODUCT_SETTINGS_H
 #define MORVANE_INSTALL_MAKEFILE_PRODUCT_SETTINGS_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace morvane {
+
+// A longer settings file is none: in bytes.
+inline constexpr std::size_t LONGEST_SETTINGS = 1'048'576;
 
 // A product that a chosen part needs.
 struct settled_need {

@@ -68,7 +68,7 @@ std::string instead(const std::string& what, const std::string& found,
 std::vector<found_path> look_at_entries(const descriptor& product,
                                         const std::vector<const receipt_entry*>& entries) {
   std::vector<found_path> found;
-  std::vector<std::string> paths;  // of files whose content may be as it was
+  std::vector<sized_file> files;  // those whose content may be as it was
   std::vector<std::size_t> slots;
   looker looking(product);
   for (const receipt_entry* entry : entries) {
@@ -77,10 +77,10 @@ std::vector<found_path> look_at_entries(const descriptor& product,
     const bool is_file = entry->kind == file_kind::FILE && status &&
                          status->kind == file_kind::FILE && status->size == entry->size;
     if (!is_file) continue;
-    paths.push_back(entry->path);
+    files.push_back({entry->path, entry->size});
     slots.push_back(found.size() - 1);
   }
-  std::vector<std::optional<std::string>> digests = digests_below(product, paths);
+  std::vector<std::optional<std::string>> digests = digests_below(product, files);
   for (std::size_t i = 0; i < slots.size(); ++i) found[slots[i]].digest = std::move(digests[i]);
   return found;
 }

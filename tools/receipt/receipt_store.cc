@@ -74,12 +74,6 @@ void add(receipt_store& store, stored_receipt added) {
   if (counts) *same = std::move(added);
 }
 
-std::optional<std::string> content_of(const descriptor& file, const file_status& status) {
-  if (status.size <= LONGEST_RECEIPT) return read_rest(file);
-  errno = EFBIG;
-  return std::nullopt;
-}
-
 // Reads the receipt `name` in an open directory, and notes what is wrong with it.
 std::optional<stored_receipt> load(receipt_store& store, const descriptor& directory,
                                    const std::string& name, const std::string& shown) {
@@ -89,7 +83,7 @@ std::optional<stored_receipt> load(receipt_store& store, const descriptor& direc
   };
   const descriptor file = open_file_below(directory, name);
   const auto status = file.is_open() ? status_of(file) : std::nullopt;
-  const auto text = status ? content_of(file, *status) : std::nullopt;
+  const auto text = status ? read_rest(file, LONGEST_RECEIPT) : std::nullopt;
   if (!text) {
     note_unread(store, shown);
     return std::nullopt;
@@ -217,6 +211,14 @@ int keep_registered(const receipt& kept, const std::string& registry) {
   const bool written = write_whole_file_in(directory, name_in_registry(kept), receipt_text(kept),
                                            kept.access ? OPEN_FILE : OWN_FILE, -1);
   return written ? 0 : errno;
+}
+
+const stored_receipt* find_trusted(const receipt_store& store, std::string_view id,
+                                   std::string_view directory) {
+  const auto found = std::ranges::find_if(store.receipts, [&](const stored_receipt& each) {
+    return each.trusted && each.content.id == id && each.content.directory == directory;
+  });
+  return found == store.receipts.end() ? nullptr : &*found;
 }
 
 receipt_places keep_receipt(receipt& kept, const std::string& registry) {

@@ -50,6 +50,11 @@ bool add_beside(receipt_store& store, const std::string& directory);
 int keep_beside(receipt& kept);
 int keep_registered(const receipt& kept, const std::string& registry);
 
+// Returns the receipt of a product in its directory, or null; also where there is only one that
+// another user can have written.
+const stored_receipt* find_trusted(const receipt_store& store, std::string_view id,
+                                   std::string_view directory);
+
 // What became of a receipt that was to be kept.
 struct receipt_places {
   int beside = 0;    // 0, or the errno that tells why not

@@ -15,15 +15,6 @@ namespace morvane {
 
 namespace {
 
-// A longer settings file is none.
-constexpr std::uint64_t LONGEST_SETTINGS = 1'048'576;
-
-std::optional<std::string> settings_text(const descriptor& directory, const std::string& name) {
-  const descriptor file = open_file_below(directory, name);
-  const auto status = file.is_open() ? status_of(file) : std::nullopt;
-  return status && status->size <= LONGEST_SETTINGS ? read_rest(file) : std::nullopt;
-}
-
 bool is_known(const receipt_store& store, const std::string& id, const std::string& directory) {
   return std::ranges::any_of(store.receipts, [&](const stored_receipt& each) {
     return each.content.id == id && each.content.directory == directory;
@@ -72,7 +63,8 @@ void add_settings_in(receipt_store& store, const std::string& directory) {
     if (!name.ends_with(SETTINGS_ENDING)) continue;
     const std::string id = name.substr(0, name.size() - SETTINGS_ENDING.size());
     if (id.empty() || is_known(store, id, *normal)) continue;
-    const auto text = settings_text(install, name);
+    const descriptor file = open_file_in(install, name);
+    const auto text = file.is_open() ? read_rest(file, LONGEST_SETTINGS) : std::nullopt;
     if (!text) {
       if (errno == EINVAL || errno == ELOOP) continue;  // it is no file
       note_unread(store, directory + "/" + std::string(INSTALL_DIRECTORY) + "/" + name);

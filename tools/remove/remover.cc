@@ -138,7 +138,7 @@ class remover {
     status.changed = path.found.status->changed;
     if (status != *path.found.status || status.kind != file_kind::FILE) return false;
     const descriptor file = open_file_below(directory_, name_);
-    return file.is_open() && digest_of_file(file) == path.entry->digest &&
+    return file.is_open() && digest_of_file(file, path.entry->size) == path.entry->digest &&
            look_at(directory_, name_) == now;
   }
 

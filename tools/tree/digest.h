@@ -3,6 +3,7 @@
 #define MORVANE_TREE_DIGEST_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,10 +43,19 @@ std::string digest_of(std::string_view content);
 // tells.
 std::optional<std::string> digest_of_file(const descriptor& file);
 
-// Returns the digests of plain files below `directory`, in the order of their paths; nothing for
-// one that cannot be read or is no plain file. All processors take part.
+// The same for a file that others may write to meanwhile, and make longer without end: nothing,
+// with EAGAIN in `errno`, where it does not hold `size` bytes.
+std::optional<std::string> digest_of_file(const descriptor& file, std::uint64_t size);
+
+struct sized_file {
+  std::string path;
+  std::uint64_t size = 0;
+};
+
+// Returns the digests of plain files below `directory`, in their order; nothing for one that cannot
+// be read, is no plain file, or has another size. All processors take part.
 std::vector<std::optional<std::string>> digests_below(const descriptor& directory,
-                                                      const std::vector<std::string>& paths);
+                                                      const std::vector<sized_file>& files);
 
 }  // namespace morvane
 

@@ -111,7 +111,7 @@ class maker {
   std::string read_settings_file() {
     const std::string path = "install/" + facts_.id + std::string(SETTINGS_ENDING);
     const descriptor file = open_file_below(directory_, path);
-    const auto content = file.is_open() ? read_rest(file) : std::nullopt;
+    const auto content = file.is_open() ? read_rest(file, LONGEST_SETTINGS) : std::nullopt;
     if (!content) return "it is not installed: " + made_.directory + "/" + path + " is missing";
     const product_settings settings = read_settings(*content);
     made_.name = settings.name;

@@ -76,7 +76,7 @@ class surveyor {
   bool add_digest(receipt_entry& entry) const {
     if (entry.kind != file_kind::FILE) return true;
     const descriptor file = open_file_below(directory_, entry.path);
-    auto digest = file.is_open() ? digest_of_file(file) : std::nullopt;
+    auto digest = file.is_open() ? digest_of_file(file, entry.size) : std::nullopt;
     if (digest) entry.digest = std::move(*digest);
     return digest.has_value();
   }

@@ -46,6 +46,14 @@ TEST(Reading, TellsThatTheRestCannotBeRead) {
   EXPECT_EQ(read_rest(descriptor()), std::nullopt);
 }
 
+TEST(Reading, EndsWhereThereIsMoreThanIsWanted) {
+  const scratch_directory here;
+  write_file("file", "text");
+  EXPECT_EQ(read_rest(open_for_reading("file"), 4), "text");
+  EXPECT_EQ(read_rest(open_for_reading("file"), 3), std::nullopt);
+  EXPECT_EQ(errno, EFBIG);
+}
+
 TEST(Writing, OpensAFileAsItIsAndCreatesOneThatIsMissing) {
   const scratch_directory here;
   write_file("file", "text");

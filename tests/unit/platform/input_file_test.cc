@@ -114,6 +114,16 @@ TEST(InputFile, OfNoSizeTellsNothingOfWhatIsToCome) {
   EXPECT_EQ(input_file("missing").to_come(), 0u);
 }
 
+TEST(InputFile, HoldsATextAsAFileDoes) {
+  input_file file = input_file::holding("a\nb");
+  EXPECT_EQ(file.to_come(), 3U);
+  EXPECT_EQ(rest_of(file), "a\nb");
+  EXPECT_EQ(file.place().line, 2U);
+  EXPECT_EQ(file.error(), 0);
+  input_file empty = input_file::holding("");
+  EXPECT_EQ(empty.get(), input_file::END);
+}
+
 TEST(InputFile, ReadsALineUpToItsLimit) {
   const scratch_directory here;
   write_file("lines", "abc\ndefgh\nlast");
