@@ -107,6 +107,31 @@ nothing blocks
         plan = json.loads(self.made.install("--plan", "--format=json").stdout)
         self.assertEqual(plan["products"][1]["replaced"], ["Makefile"])
 
+    def test_files_with_the_same_content_are_told_apart(self):
+        self.add_two()
+        self.assertEqual(self.made.install().returncode, 0)
+        (self.app / "run").chmod(0o700)
+        (self.app / "lib/a").write_text("b\n")
+        (self.app / "link").unlink()
+        (self.app / "link").symlink_to("run")
+        done = self.made.install("--plan")
+        self.assertIn("others keep access\n  = 2 replaced by the same\n"
+                      "  ~ 2 replaced, no copy kept: lib/a, link\n", done.stdout)
+        self.assertIn("others lose access\n  = 1 replaced by the same\nspace:", done.stdout)
+        plan = json.loads(self.made.install("--plan", "--format=json").stdout)
+        self.assertEqual(plan["products"][0]["replaced_by_the_same"],
+                         ["install/app.make", "run"])
+
+    def test_warns_of_other_names_of_what_is_written_to(self):
+        self.add_two()
+        (self.app / "Makefile").write_text("another\n")
+        os.link(self.app / "Makefile", self.root / "elsewhere")
+        plan = json.loads(self.made.install("--plan", "--format=json").stdout)
+        self.assertEqual([(found["id"], found["severity"], found["text"])
+                          for found in plan["findings"]],
+                         [("other-names", "warning",
+                           "'Makefile' has other names, under which it changes, too")])
+
     def test_names_the_files_that_two_products_share(self):
         self.app = self.made.add("app", {"a": "1", "b": "2"})
         self.made.add("over", {"b": "3", "c": "4"}, directory=self.app)
@@ -124,14 +149,24 @@ nothing blocks
         again.write_text(f"morvane answers 1\nproducts =\nreconfigure = base\n"
                          f"[installed base]\naccess = no\ngroup = {GROUP}\n"
                          f"owner = {USER}\n")
-        shutil.copy(self.made.build / "morvane.rsc", self.base)
+        shutil.copyfile(self.made.build / "morvane.rsc", self.base / "morvane.rsc")
         done = subprocess.run([BUILD / "tests/morvane_answers_without_pauses", "-C", self.base,
                                "play", again], capture_output=True, text=True, check=False,
                               env={"PATH": PATH, "LC_ALL": "C"})
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         plan = json.loads(self.made.install("-C", self.base, "--plan", "--format=json").stdout)
         self.assertEqual((plan["products"][0]["new"], plan["products"][0]["added"]), (False, []))
-        self.assertFalse(plan["blocked"])
+        self.assertEqual((plan["findings"], plan["blocked"]), ([], False))
+        self.assertEqual(self.made.install("-C", self.base).returncode, 0)
+        verified = self.made.run("morvane-verify", f"--registry={self.made.registry}", self.base)
+        self.assertEqual((verified.returncode, verified.stderr), (0, ""), verified.stdout)
+        shutil.rmtree(self.made.registry)
+        (self.base / "install/base.receipt").unlink()
+        done = self.made.install("-C", self.base)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertIn("  note: it has no receipt, and gets none; 'morvane-verify --save' makes one "
+                      "where it was installed from [receipt-none]\n", done.stdout)
+        self.assertFalse((self.base / "install/base.receipt").exists())
 
 
 class Refusal(InstallTest):
@@ -386,6 +421,26 @@ class Run(InstallTest):
         archive = hashlib.sha256((original / "app.tar").read_bytes()).hexdigest()
         self.assertIn(f"\narchive = {archive}\n", (self.app / "install/app.receipt").read_text())
 
+    def test_takes_nothing_over_from_a_receipt_of_another_user(self):
+        if not ROOT:
+            self.skipTest("needs the superuser")
+        self.add_two()
+        self.assertEqual(self.made.install().returncode, 0)
+        receipt = self.base / "install/base.receipt"
+        (self.base / "foreign").write_text("")
+        lines = receipt.read_text().splitlines()
+        place = next(i for i, line in enumerate(lines) if line.endswith(" install"))
+        lines.insert(place, lines[-1].replace(" morvane.rsc ", " foreign "))
+        entries = next(i for i, line in enumerate(lines) if line.startswith("entries = "))
+        lines[entries] = f"entries = {len(lines) - entries - 1}"
+        receipt.write_text("\n".join(lines) + "\n")
+        os.chown(receipt, 65534, 65534)
+        shutil.rmtree(self.made.registry)
+        told = self.made.run("morvane-verify", self.base)
+        self.assertIn("foreign", told.stdout, told.stderr)
+        self.assertEqual(self.made.install().returncode, 0)
+        self.assertNotIn("foreign", receipt.read_text())
+
     def test_can_be_repeated(self):
         self.add_two()
         self.assertEqual(self.made.install().returncode, 0)
@@ -500,6 +555,18 @@ morvane-install: the installation is not complete; to continue it, type: morvane
         self.assertEqual(os.readlink(below / "run"), "lib")
         self.assertEqual((kept / str(self.base)[1:] / "Makefile").read_text(), "another\n")
         self.assertEqual(kept.stat().st_mode & 0o777, 0o700)
+
+    def test_keeps_what_lay_there_before_the_first_of_several_products(self):
+        directory = self.made.add("app", {"a": "1\n"})
+        self.made.add("more", {"a": "2\n"}, directory=directory)
+        self.made.configure()
+        (directory / "a").write_text("earlier\n")
+        (directory / "Makefile").write_text("another\n")
+        done = self.made.install(f"--keep-replaced={self.root}/kept")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        below = self.root / "kept" / str(directory)[1:]
+        self.assertEqual((below / "a").read_text(), "earlier\n")
+        self.assertEqual((below / "Makefile").read_text(), "another\n")
 
     def test_several_at_a_time_do_not_mix_their_outputs(self):
         for name in ("a", "b", "c"):

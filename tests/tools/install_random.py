@@ -29,7 +29,7 @@ PARTS = [
     "\tmkdir -p ../made && echo $(PRODUCT_VERSION) > ../made/version\n",
     "\tmkdir -p ../made; ln -sf ../install ../made/link\n",
     "\tdate > /dev/null; chmod 700 ../lib 2>/dev/null || :\n",
-    "\ttest ! -f ../top || echo more >> ../top\n",
+    "\ttest ! -w ../top || echo more >> ../top\n",
     "\tmkdir -p ../made; cat $(STORE_PATH)/top > ../made/of-store 2>/dev/null || :\n",
 ]
 

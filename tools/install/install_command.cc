@@ -98,7 +98,7 @@ class install_command {
     auto makefile = read_makefile();
     if (!makefile || !leave_chosen(*makefile)) return exit_status::WRONG_USE;
     choose_messages(".");  // which have the keywords of descriptions
-    install_plan plan = plan_installation(*makefile);
+    install_plan plan = plan_installation(*makefile, options_.installation.registry);
     check_kept(plan);
     const bool shown = print_plan(plan);
     if (plan.is_blocked()) return refuse();

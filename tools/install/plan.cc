@@ -14,7 +14,9 @@
 #include "install/schedule.h"
 #include "platform/file.h"
 #include "platform/identity.h"
+#include "receipt/receipt_store.h"
 #include "text/quoting.h"
+#include "tree/directory.h"
 
 namespace morvane {
 
@@ -27,7 +29,7 @@ std::set<string> filled_paths(const product_plan& product) {
   std::error_code error;
   const std::filesystem::path top = std::filesystem::weakly_canonical(product.facts.path, error);
   std::set<string> paths;
-  for (const auto* list : {&product.added, &product.replaced}) {
+  for (const auto* list : {&product.added, &product.renewed, &product.replaced}) {
     for (const string& path : *list) {
       if (std::ranges::binary_search(product.extracted, path)) paths.insert(top / path);
     }
@@ -37,7 +39,8 @@ std::set<string> filled_paths(const product_plan& product) {
 
 class planner {
  public:
-  explicit planner(const install_makefile& makefile) : makefile_(makefile) {
+  planner(const install_makefile& makefile, const string& registry)
+      : makefile_(makefile), registry_(registry) {
     plan_.directory = makefile.directory;
   }
 
@@ -48,6 +51,7 @@ class planner {
     for (const product_facts& facts : makefile_.products) add(facts);
     check_shared_files();
     check_handing_on();
+    check_receipts();
     add_space();
     return std::move(plan_);
   }
@@ -116,6 +120,20 @@ class planner {
     }
   }
 
+  // What the archive of a product put there is only known by an earlier receipt.
+  void check_receipts() {
+    receipt_store store;
+    for (const product_facts& facts : makefile_.products) {
+      if (facts.is_new) continue;
+      if (store.receipts.empty()) add_registered(store, registry_);
+      add_beside(store, facts.path);
+      if (find_trusted(store, facts.id, normal_path(facts.path).value_or(facts.path))) continue;
+      find(severity::NOTE, "receipt-none", facts.id,
+           "it has no receipt, and gets none; 'morvane-verify --save' makes one where it was "
+           "installed from");
+    }
+  }
+
   void add_space() {
     std::map<dev_t, planned_space> spaces;
     for (const product_plan& product : plan_.products) {
@@ -139,6 +157,7 @@ class planner {
   }
 
   const install_makefile& makefile_;
+  const string& registry_;
   install_plan plan_;
 };
 
@@ -149,8 +168,8 @@ bool install_plan::is_blocked() const {
       findings, [](const plan_finding& each) { return each.severity == severity::ERROR; });
 }
 
-install_plan plan_installation(const install_makefile& makefile) {
-  return planner(makefile).plan();
+install_plan plan_installation(const install_makefile& makefile, const string& registry) {
+  return planner(makefile, registry).plan();
 }
 
 }  // namespace morvane

@@ -26,7 +26,8 @@ struct product_plan {
   // Paths below the product's directory, sorted. Its parts may do more.
   std::vector<std::string> added;              // files and links
   std::vector<std::string> added_directories;  // those that are made on the way, too
-  std::vector<std::string> replaced;           // what lies there
+  std::vector<std::string> renewed;            // by what has the content that lies there
+  std::vector<std::string> replaced;           // what else lies there
   std::vector<std::string> given_away;         // files of others that get its owner or group
   std::vector<std::string> extracted;  // by the archive, directories made on the way included
   std::vector<std::string> copied;     // by the configurator's rules
@@ -49,8 +50,9 @@ struct install_plan {
   bool is_blocked() const;
 };
 
-// Returns what make will do on `makefile` in the current directory, where it was written.
-install_plan plan_installation(const install_makefile& makefile);
+// Returns what make will do on `makefile` in the current directory, where it was written. The
+// host's receipts are kept in `registry`.
+install_plan plan_installation(const install_makefile& makefile, const std::string& registry);
 
 }  // namespace morvane
 

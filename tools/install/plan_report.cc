@@ -58,6 +58,9 @@ string product_text(const product_plan& product, bool keeps) {
     text += "  + " + counted(product.added.size(), "file", "files") + ", " +
             counted(product.added_directories.size(), "directory", "directories") + "\n";
   }
+  if (!product.renewed.empty()) {
+    text += "  = " + std::to_string(product.renewed.size()) + " replaced by the same\n";
+  }
   if (!product.replaced.empty()) {
     text += "  ~ " + std::to_string(product.replaced.size()) + " replaced, " +
             (keeps ? "kept: " : "no copy kept: ") + shown_names(product.replaced) + "\n";
@@ -115,6 +118,7 @@ void write_product(json_writer& json, const product_plan& product) {
   write_list(json, "parts", facts.targets);
   write_list(json, "added", product.added);
   write_list(json, "added_directories", product.added_directories);
+  write_list(json, "replaced_by_the_same", product.renewed);
   write_list(json, "replaced", product.replaced);
   json.member("handed_on_from_owner", facts.old_owner.value_or(""));
   json.member("handed_on_from_group", facts.old_group.value_or(""));

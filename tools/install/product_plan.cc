@@ -1,26 +1,21 @@
 #include "install/product_plan.h"
 
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <utility>
 
 #include "archive/archive_reader.h"
+#include "install/archived_contents.h"
+#include "install/handing_on.h"
 #include "lint/archive_tree.h"
 #include "lint/checked_archive.h"
 #include "lint/finding_list.h"
 #include "platform/file.h"
-#include "receipt/receipt_store.h"
-#include "text/number.h"
-#include "tree/directory.h"
-#include "tree/walk.h"
 
 namespace morvane {
 
@@ -35,22 +30,10 @@ constexpr std::uint64_t BLOCK = 4096;
 constexpr std::array<string_view, 2> HARMLESS = {"member-set-id", "member-replaced"};
 constexpr string_view LINK_ASTRAY = "link-astray";
 
-std::optional<string> content_of(const string& path) {
+// Returns nothing where it is more than `most` bytes, too.
+std::optional<string> content_of(const string& path, std::size_t most = string::npos) {
   const descriptor file = open_for_reading(path);
-  return file.is_open() ? read_rest(file) : std::nullopt;
-}
-
-// Return the number of a user or group of that name, as find(1) takes it.
-std::optional<std::uint64_t> user_number(const std::optional<string>& name) {
-  if (!name) return std::nullopt;
-  if (const passwd* found = getpwnam(name->c_str())) return found->pw_uid;
-  return is_digits(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
-}
-
-std::optional<std::uint64_t> group_number(const std::optional<string>& name) {
-  if (!name) return std::nullopt;
-  if (const group* found = getgrnam(name->c_str())) return found->gr_gid;
-  return is_digits(*name) ? std::optional<std::uint64_t>(number_or_zero(*name)) : std::nullopt;
+  return file.is_open() ? read_rest(file, most) : std::nullopt;
 }
 
 // Returns all places of a tree but its top, with their paths.
@@ -83,7 +66,7 @@ class product_planner {
     lay_out_copies();
     check_makefile_of_parts();
     find_given_away();
-    for (auto* list : {&plan_.added, &plan_.added_directories, &plan_.replaced}) {
+    for (auto* list : {&plan_.added, &plan_.added_directories, &plan_.renewed, &plan_.replaced}) {
       std::ranges::sort(*list);
     }
     return std::move(plan_);
@@ -107,9 +90,10 @@ class product_planner {
     tar_listing listing(file);
     const archive_content content = read_checked_archive(facts_.id, file, listing, list);
     take_archive_findings(file, list.finish());
-    brings_makefile_ = content.wanted.has_value();
+    makefile_ = content.wanted;
     archive_tree tree;
     for (const archive_member& member : content.members) tree.add(member);
+    archived_contents contents(file, content.members);
     for (const auto& [path, place] : places_in(tree)) {
       if (path == PRODUCT_MAKEFILE) {
         if (kind_at(path)) plan_.replaced.push_back(path);
@@ -119,7 +103,7 @@ class product_planner {
       if (place->kind() == member_kind::DIRECTORY) {
         lay_out_directory(path, place->member != nullptr);
       } else {
-        lay_out_file(path, place->member->size);
+        lay_out_file(path, *place->member, contents);
       }
       if (place->kind() == member_kind::LINK) check_link(path, *place, tree);
     }
@@ -149,14 +133,18 @@ class product_planner {
     }
   }
 
-  void lay_out_file(const string& path, std::uint64_t size) {
+  void lay_out_file(const string& path, const archive_member& member, archived_contents& contents) {
     const auto there = kind_at(path);
-    plan_.bytes += (size + BLOCK - 1) / BLOCK * BLOCK;
-    if (there && S_ISDIR(*there)) {
+    plan_.bytes += (member.size + BLOCK - 1) / BLOCK * BLOCK;
+    if (!there) {
+      plan_.added.push_back(path);
+    } else if (S_ISDIR(*there)) {
       find(severity::ERROR, "directory-there",
            morvane::quoted(path_of(facts_, path)) + " is a directory, and a file in the archive");
+    } else if (contents.lie_at(path_of(facts_, path), member)) {
+      plan_.renewed.push_back(path);
     } else {
-      (there ? plan_.replaced : plan_.added).push_back(path);
+      plan_.replaced.push_back(path);
     }
   }
 
@@ -198,11 +186,17 @@ class product_planner {
         find(severity::ERROR, "file-missing", morvane::quoted(file) + " cannot be read");
       lay_out_copy(at_top ? file : "install/" + file, content);
     }
-    const string prepared = "install/" + facts_.id + ".make";
-    const bool is_prepared = kind_at(prepared).has_value();
-    if (facts_.is_new ? brings_makefile_ || kind_at(string(PRODUCT_MAKEFILE)) : !is_prepared) {
-      if (has_makefile()) lay_out_copy(prepared, std::nullopt);
-    }
+    lay_out_prepared_makefile("install/" + facts_.id + ".make");
+  }
+
+  void lay_out_prepared_makefile(const string& path) {
+    if (!has_makefile() || (!facts_.is_new && kind_at(path))) return;
+    std::optional<string> content;  // where it is made of a file that lies there, nobody can tell
+    if (makefile_) content = "include " + settings_file(facts_.id) + "\n" + *makefile_;
+    const std::size_t replaced = plan_.replaced.size();
+    lay_out_copy(path, content);
+    const bool is_same = kind_at(path) && plan_.replaced.size() == replaced;
+    if (is_same) plan_.renewed.push_back(path);
   }
 
   void note_install_directory() {
@@ -221,12 +215,21 @@ class product_planner {
       find(severity::ERROR, "through-link",
            morvane::quoted(path_of(facts_, path)) +
                " is no file, which a copy would go into or through: " + "take it away first");
-    } else if (!content || content_of(path_of(facts_, path)) != content) {
+    } else if (!content || content_of(path_of(facts_, path), content->size()) != content) {
       plan_.replaced.push_back(path);
+      check_names_of(path);
     }
   }
 
-  bool has_makefile() const { return brings_makefile_ || kind_at(string(PRODUCT_MAKEFILE)); }
+  // A copy is written into what lies there.
+  void check_names_of(const string& path) {
+    struct stat status;
+    if (lstat(path_of(facts_, path).c_str(), &status) != 0 || status.st_nlink == 1) return;
+    find(severity::WARNING, "other-names",
+         morvane::quoted(path) + " has other names, under which it changes, too");
+  }
+
+  bool has_makefile() const { return makefile_ || kind_at(string(PRODUCT_MAKEFILE)); }
 
   void check_makefile_of_parts() {
     if (facts_.targets.empty() || has_makefile() || kind_at("install/" + facts_.id + ".make")) {
@@ -237,32 +240,8 @@ class product_planner {
              morvane::quoted(facts_.targets[0]));
   }
 
-  // What the product put there earlier is its own, too.
-  std::set<string> own_paths() const {
-    std::set<string> own(plan_.extracted.begin(), plan_.extracted.end());
-    own.insert(plan_.copied.begin(), plan_.copied.end());
-    own.insert("install");
-    own.insert("install/" + facts_.id + string(RECEIPT_ENDING));
-    receipt_store store;
-    add_beside(store, facts_.path);
-    for (const stored_receipt& stored : store.receipts) {
-      if (stored.content.id != facts_.id) continue;
-      for (const receipt_entry& entry : stored.content.entries) own.insert(entry.path);
-    }
-    return own;
-  }
-
   void find_given_away() {
-    const auto owner = user_number(facts_.old_owner);
-    const auto group = group_number(facts_.old_group);
-    if (!owner && !group) return;
-    const descriptor directory = open_directory(facts_.path);
-    if (!directory.is_open()) return;
-    const std::set<string> own = own_paths();
-    for (const tree_file& file : walk(directory).files) {
-      const bool goes = file.status.owner == owner || file.status.group == group;
-      if (goes && !own.contains(file.path)) plan_.given_away.push_back(file.path);
-    }
+    plan_.given_away = files_given_away(plan_);
     if (plan_.given_away.empty()) return;
     find(severity::ERROR, "handing-on",
          "all that " + facts_.old_owner.value_or("group " + facts_.old_group.value_or("")) +
@@ -274,7 +253,7 @@ class product_planner {
   const product_facts& facts_;
   std::vector<plan_finding>& findings_;
   product_plan plan_;
-  bool brings_makefile_ = false;
+  std::optional<string> makefile_;  // of the archive
 };
 
 }  // namespace

@@ -37,37 +37,35 @@ bool is_changed(const file_status& before, const file_status& after) {
          before.target != after.target || (!same_time && after.kind != file_kind::DIRECTORY);
 }
 
-// Puts the digests of its files into a receipt.
-bool add_digests(receipt& made, const descriptor& directory) {
-  std::vector<receipt_entry*> files;
-  std::vector<string> paths;
+// Puts the digests of its files into a receipt. Returns the path of one that cannot be read, or was
+// changed meanwhile; empty where there is none.
+string add_digests(receipt& made, const descriptor& directory) {
+  std::vector<receipt_entry*> entries;
+  std::vector<sized_file> files;
   for (receipt_entry& entry : made.entries) {
     if (entry.kind != file_kind::FILE) continue;
-    files.push_back(&entry);
-    paths.push_back(entry.path);
+    entries.push_back(&entry);
+    files.push_back({entry.path, entry.size});
   }
-  const auto digests = digests_below(directory, paths);
+  const auto digests = digests_below(directory, files);
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (!digests[i]) return false;
-    files[i]->digest = *digests[i];
+    if (!digests[i]) return files[i].path;
+    entries[i]->digest = *digests[i];
   }
-  return true;
+  return "";
 }
 
 string directory_of(const product_facts& facts) {
   return normal_path(facts.path).value_or(facts.path);
 }
 
+// What another user can have written is not made one's own word.
 std::optional<stored_receipt> earlier_receipt(const product_facts& facts, const string& registry) {
   receipt_store store;
   add_registered(store, registry);
   add_beside(store, directory_of(facts));
-  for (stored_receipt& stored : store.receipts) {
-    if (stored.content.id == facts.id && stored.content.directory == directory_of(facts)) {
-      return std::move(stored);
-    }
-  }
-  return std::nullopt;
+  const stored_receipt* stored = find_trusted(store, facts.id, directory_of(facts));
+  return stored == nullptr ? std::nullopt : std::optional(*stored);
 }
 
 // Returns what went wrong where a receipt was to be kept; empty where nothing did.
@@ -83,8 +81,7 @@ string trouble_of(const receipt_places& places, const receipt& of, const string&
 
 string mark_incomplete(const product_facts& facts, const string& registry) {
   auto earlier = earlier_receipt(facts, registry);
-  // What another user can have written is not made one's own word.
-  if (!earlier || !earlier->trusted) return "";
+  if (!earlier) return "";
   receipt& marked = earlier->content;
   marked.complete = false;
   receipt_places places;  // only where it lies: make is to find the directory as it was
@@ -100,6 +97,10 @@ product_receipt::product_receipt(const product_plan& product)
       began_(time_now()) {
   own_.insert(product.copied.begin(), product.copied.end());
   own_.insert(TOP);
+  if (is_same_file(product.facts.path, ".")) {
+    written_.insert({"install.mk", settings_file(product.facts.id)});
+    own_.insert(written_.begin(), written_.end());
+  }
   before_ = look(fault_before_);
   empty_before_ = empty_directories();
 }
@@ -175,13 +176,13 @@ void product_receipt::add_entries(receipt& made, const tree_state& after) const 
   const string settings = "install/" + settings_file(product_.facts.id);
   for (const auto& [path, status] : after) {
     const auto earlier = before_.find(path);
-    const bool is_new = earlier == before_.end();
+    const bool is_new = earlier == before_.end() || written_.contains(path);
     if (!own_.contains(path) && !is_new && !is_changed(earlier->second, status)) continue;
     receipt_entry& entry = made.entries.emplace_back(entry_of(path, status));
     entry.before = is_new                         ? before::NOTHING
                    : empty_before_.contains(path) ? before::EMPTY
                                                   : before::THERE;
-    if (path == settings) {
+    if (path == settings || written_.contains(path)) {
       entry.origin = entry_origin::SETTINGS;
     } else if (copied.contains(path) || path == TOP) {
       entry.origin = entry_origin::CONFIGURATOR;
@@ -210,9 +211,12 @@ string product_receipt::keep(const string& registry) const {
   string fault = fault_before_;
   add_entries(made, look(fault));
   if (!fault.empty()) return fault;
-  if (!add_digests(made, directory_)) return string("a file cannot be read: ") + strerror(errno);
+  const string unread = add_digests(made, directory_);
+  if (!unread.empty()) {
+    return path_of(product_.facts, unread) + " cannot be read, or was changed meanwhile";
+  }
   if (!add_earlier(made, registry) && !product_.facts.is_new) {
-    return "";  // what its archive put there is not known; morvane-verify --save can tell
+    return "";  // what its archive put there is not known: the plan has told
   }
   return trouble_of(keep_receipt(made, registry), made, registry);
 }

@@ -38,7 +38,8 @@ class product_receipt {
 
   const product_plan& product_;
   descriptor directory_;
-  std::set<std::string> own_;  // paths that archive and configurator fill
+  std::set<std::string> own_;      // paths that archive and configurator fill
+  std::set<std::string> written_;  // by the configurator, where it was started in that directory
   tree_state before_;
   std::string fault_before_;
   std::set<std::string> empty_before_;

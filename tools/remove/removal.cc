@@ -64,7 +64,8 @@ class planner {
     if (differs.missing || is_up_to_another(entry)) return;
     if (const receipt* other = who_else_has(entry)) {
       path.deed = deed::LEAVE;
-      path.why = "'" + other->id + "' has it too";
+      // Of a directory nobody expects that it goes while others have something in it.
+      if (!is_directory || differs.any()) path.why = "'" + other->id + "' has it too";
       if (differs.any()) path.why += "; " + words_of(expected, path.found);
     } else if (entry.origin == entry_origin::PERHAPS) {
       path.deed = deed::LEAVE;
