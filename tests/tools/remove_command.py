@@ -208,6 +208,21 @@ class RemoveTest(unittest.TestCase):
         self.host.configure([original, patch])
         leave_receipts()
 
+    def test_names_no_directory_that_another_product_has_too(self):
+        both = [installed.Product(name, self.opt / "both", {
+            "lib": installed.Member(mode=0o755), f"lib/{name}": installed.Member(b"")})
+            for name in ("one", "two")]
+        self.host.install(both)
+        for name in os.listdir(self.opt / "both"):
+            if name not in ("lib", "install"):
+                (self.opt / "both" / name).unlink()  # the configurator's, which both have
+        done = self.host.remove("--yes", "one")
+        self.check(done, 0, f"one 1.0 in {self.opt}/both: removes 3 files, leaves the directory "
+                            "itself\none: removed 3 files\n")
+        (self.opt / "both/lib").chmod(0o700)
+        self.assertIn("  keeps lib: mode 700 instead of 755\n",
+                      self.host.remove("--yes", "two").stdout)
+
     def test_refuses_an_original_under_its_patch(self):
         for leave_receipts in (self.host.install_with_receipts, self.host.make_and_save_receipts):
             self.patched(leave_receipts)
