@@ -246,6 +246,16 @@ class Refusal(InstallTest):
             plan = json.loads(self.made.install("--plan", "--format=json").stdout)
             self.assertIn("directory-open", [found["id"] for found in plan["findings"]])
 
+    def test_warns_of_directories_in_it_that_others_can_write_to(self):
+        self.add_two()
+        (self.app / "lib").mkdir()
+        (self.app / "lib").chmod(0o777)
+        plan = json.loads(self.made.install("--plan", "--format=json").stdout)
+        self.assertEqual([(found["id"], found["severity"], found["product"], found["text"])
+                          for found in plan["findings"]],
+                         [("directory-open", "warning", "app",
+                           "others can write to 1 of the directories that are there, such as 'lib'")])
+
     def test_of_unknown_users_and_groups(self):
         self.add_two()
         text = self.made.install_mk().read_text()

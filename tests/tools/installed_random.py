@@ -128,14 +128,13 @@ def change(rng, entries):
     way = rng.choice(ways)
     if way == "same size" and found.st_size == 0:
         way = "append"
-    if way == "append":
-        with open(path, "ab") as file:
-            file.write(b"x")
-    elif way == "same size":
+    if way in ("append", "same size"):
+        os.chmod(path, 0o600)  # or an ordinary user could not write to it
         with open(path, "r+b") as file:
             first = file.read(1)
-            file.seek(0)
-            file.write(bytes([first[0] ^ 1]))
+            file.seek(0, os.SEEK_END if way == "append" else os.SEEK_SET)
+            file.write(b"x" if way == "append" else bytes([first[0] ^ 1]))
+        os.chmod(path, found.st_mode & 0o7777)
     elif way == "mode":
         os.chmod(path, found.st_mode & 0o7777 ^ 0o020)
     elif way == "target":

@@ -16,6 +16,7 @@
 #include "lint/checked_archive.h"
 #include "lint/finding_list.h"
 #include "platform/file.h"
+#include "platform/trusted_path.h"
 
 namespace morvane {
 
@@ -66,6 +67,7 @@ class product_planner {
     lay_out_copies();
     check_makefile_of_parts();
     find_given_away();
+    check_open_directories();
     for (auto* list : {&plan_.added, &plan_.added_directories, &plan_.renewed, &plan_.replaced}) {
       std::ranges::sort(*list);
     }
@@ -130,7 +132,18 @@ class product_planner {
                (is_member ? "may go through" : "goes through") + ": take it away first");
     } else if (!S_ISDIR(*there)) {
       plan_.replaced.push_back(path);
+    } else if (!cannot_be_redirected(path_of(facts_, path))) {
+      open_to_others_.push_back(path);
     }
+  }
+
+  // Whoever can write to a directory can put a link in the place of what lies there, which make
+  // then follows. Of the product's own directory it was told already.
+  void check_open_directories() {
+    if (open_to_others_.empty() || !cannot_be_redirected(facts_.path)) return;
+    find(severity::WARNING, "directory-open",
+         "others can write to " + std::to_string(open_to_others_.size()) +
+             " of the directories that are there, such as " + morvane::quoted(open_to_others_[0]));
   }
 
   void lay_out_file(const string& path, const archive_member& member, archived_contents& contents) {
@@ -253,7 +266,8 @@ class product_planner {
   const product_facts& facts_;
   std::vector<plan_finding>& findings_;
   product_plan plan_;
-  std::optional<string> makefile_;  // of the archive
+  std::optional<string> makefile_;      // of the archive
+  std::vector<string> open_to_others_;  // directories that are there
 };
 
 }  // namespace
