@@ -222,6 +222,8 @@ def play(seed):
             return [f"not clean: {wrong}"]
         entries = host.entries()
         way, wanted, changed = change(rng, entries)
+        still = installed.snapshot(host.opt)
+        before = {path: there for path, there in before.items() if path in still}
         found = host.differing()
         same = set(hard_links(changed)) if way in ("append", "same size", "mode", "owner",
                                                    "group") else set()
