@@ -208,15 +208,15 @@ string tar_listing::difference_from(const std::vector<archive_member>& members) 
   line_reader lines(list_);
   for (const archive_member& member : members) {
     const std::optional<string> line = lines.next();
-    if (!line) return "tar does not list " + quoted(member.name) + ", nor what is behind it";
+    if (!line) return "tar does not list " + in_quotes(member.name) + ", nor what is behind it";
     const std::optional<archive_member> listed = member_of(*line);
     if (!listed || !are_alike(*listed, member)) {
-      return "tar lists " + quoted(listed ? listed->name : *line) + " in the place of " +
-             quoted(member.name) + ", or another kind or mode of it";
+      return "tar lists " + in_quotes(listed ? listed->name : *line) + " in the place of " +
+             in_quotes(member.name) + ", or another kind or mode of it";
     }
   }
   if (const std::optional<string> line = lines.next()) {
-    return "tar lists more: " + quoted(*line);
+    return "tar lists more: " + in_quotes(*line);
   }
   return wait() ? "" : "tar fails behind its last member";
 }

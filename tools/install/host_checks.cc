@@ -74,13 +74,14 @@ void check_tools(const std::vector<string>& tools, std::vector<plan_finding>& fi
   for (const string& tool : tools) {
     if (is_on_path(tool)) continue;
     findings.push_back(
-        {severity::ERROR, "tool-missing", "", quoted(tool) + " is in no directory of PATH"});
+        {severity::ERROR, "tool-missing", "", in_quotes(tool) + " is in no directory of PATH"});
   }
 }
 
 bool check_directory(const product_facts& facts, std::vector<plan_finding>& findings) {
   const auto fail = [&](const char* id, const string& why) {
-    find(findings, severity::ERROR, id, facts, "its directory " + quoted(facts.path) + " " + why);
+    find(findings, severity::ERROR, id, facts,
+         "its directory " + in_quotes(facts.path) + " " + why);
   };
   struct stat status;
   if (!facts.path.starts_with('/') || holds_special_characters(facts.path)) {
@@ -98,7 +99,7 @@ bool check_directory(const product_facts& facts, std::vector<plan_finding>& find
       fail("directory-open", "can be written by everybody, who could have anything replaced");
     } else if (!cannot_be_redirected(facts.path)) {
       find(findings, severity::WARNING, "directory-open", facts,
-           "others can write to its directory " + quoted(facts.path) + ", or to one above it");
+           "others can write to its directory " + in_quotes(facts.path) + ", or to one above it");
     }
     return true;
   }
@@ -108,14 +109,14 @@ bool check_directory(const product_facts& facts, std::vector<plan_finding>& find
 void check_owner(const product_facts& facts, std::vector<plan_finding>& findings) {
   if (facts.superuser && !find_user(facts.owner) && !is_digits(facts.owner)) {
     find(findings, severity::ERROR, "user-unknown", facts,
-         "the host knows no user " + quoted(facts.owner));
+         "the host knows no user " + in_quotes(facts.owner));
   }
   if (!group_exists(facts.group) && !is_digits(facts.group)) {
     find(findings, severity::ERROR, "group-unknown", facts,
-         "the host knows no group " + quoted(facts.group));
+         "the host knows no group " + in_quotes(facts.group));
   } else if (!acts_as_superuser() && !is_digits(facts.group) && !belongs_to(facts.group)) {
     find(findings, severity::ERROR, "group-foreign", facts,
-         "you do not belong to the group " + quoted(facts.group));
+         "you do not belong to the group " + in_quotes(facts.group));
   }
   if (facts.superuser && !acts_as_superuser()) {
     find(findings, severity::ERROR, "superuser-needed", facts,
@@ -141,7 +142,7 @@ void check_rule_files(const product_facts& facts, std::vector<plan_finding>& fin
     struct stat status;
     if (lstat(step.c_str(), &status) != 0) continue;
     find(findings, severity::ERROR, "file-like-rule", facts,
-         "make takes " + quoted(step) + " for a step, or for the source of one: remove it");
+         "make takes " + in_quotes(step) + " for a step, or for the source of one: remove it");
   }
 }
 

@@ -151,8 +151,8 @@ class install_command {
                         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
     if (is_own && std::filesystem::is_empty(kept, error) && !error) return;
     plan.findings.push_back({severity::ERROR, "kept-there", "",
-                             morvane::quoted(kept) + " is there, and no empty directory that you "
-                                                     "alone can write to"});
+                             in_quotes(kept) + " is there, and no empty directory that you "
+                                               "alone can write to"});
   }
 
   bool print_plan(const install_plan& plan) const {

@@ -65,13 +65,12 @@ class planner {
   void check_where() {
     if (holds_special_characters(makefile_.directory)) {
       find(severity::ERROR, "directory-name", "",
-           "make or the shell would interpret the name of " + morvane::quoted(makefile_.directory) +
+           "make or the shell would interpret the name of " + in_quotes(makefile_.directory) +
                ": move the distribution");
     }
     if (is_same_file(makefile_.directory, ".")) return;
     find(severity::ERROR, "directory-other", "",
-         "install.mk was written in " + morvane::quoted(makefile_.directory) +
-             ": configure again here");
+         "install.mk was written in " + in_quotes(makefile_.directory) + ": configure again here");
   }
 
   void add(const product_facts& facts) {
@@ -96,8 +95,7 @@ class planner {
       for (const auto& [other, paths] : shared) {
         find(severity::NOTE, "files-shared", plan_.products[i].facts.id,
              "replaces " + std::to_string(paths.size()) + " of the files of " +
-                 morvane::quoted(plan_.products[other].facts.id) + ", such as " +
-                 morvane::quoted(paths[0]));
+                 in_quotes(plan_.products[other].facts.id) + ", such as " + in_quotes(paths[0]));
       }
     }
   }
@@ -114,7 +112,7 @@ class planner {
           continue;
         }
         find(severity::ERROR, "handing-on", handing.id,
-             "hands on the files of " + morvane::quoted(other.facts.id) +
+             "hands on the files of " + in_quotes(other.facts.id) +
                  ", which lie in its directory; install into a directory of its own");
       }
     }
@@ -151,8 +149,8 @@ class planner {
       plan_.space.push_back(space);
       if (space.needed <= space.free) continue;
       find(severity::ERROR, "space-short", "",
-           morvane::quoted(space.path) + " needs " + std::to_string(space.needed) +
-               " bytes, and has " + std::to_string(space.free));
+           in_quotes(space.path) + " needs " + std::to_string(space.needed) + " bytes, and has " +
+               std::to_string(space.free));
     }
   }
 

@@ -127,8 +127,7 @@ class product_planner {
     } else if (S_ISLNK(*there)) {
       // tar puts a directory in its place where the archive names one, and else goes through it.
       find(severity::ERROR, "through-link",
-           morvane::quoted(path_of(facts_, path)) +
-               " is a link, which what the archive has below it " +
+           in_quotes(path_of(facts_, path)) + " is a link, which what the archive has below it " +
                (is_member ? "may go through" : "goes through") + ": take it away first");
     } else if (!S_ISDIR(*there)) {
       plan_.replaced.push_back(path);
@@ -143,7 +142,7 @@ class product_planner {
     if (open_to_others_.empty() || !cannot_be_redirected(facts_.path)) return;
     find(severity::WARNING, "directory-open",
          "others can write to " + std::to_string(open_to_others_.size()) +
-             " of the directories that are there, such as " + morvane::quoted(open_to_others_[0]));
+             " of the directories that are there, such as " + in_quotes(open_to_others_[0]));
   }
 
   void lay_out_file(const string& path, const archive_member& member, archived_contents& contents) {
@@ -153,7 +152,7 @@ class product_planner {
       plan_.added.push_back(path);
     } else if (S_ISDIR(*there)) {
       find(severity::ERROR, "directory-there",
-           morvane::quoted(path_of(facts_, path)) + " is a directory, and a file in the archive");
+           in_quotes(path_of(facts_, path)) + " is a directory, and a file in the archive");
     } else if (contents.lie_at(path_of(facts_, path), member)) {
       plan_.renewed.push_back(path);
     } else {
@@ -176,8 +175,7 @@ class product_planner {
     const bool is_there = fs::exists(leads_to, error) || tree.find(parts_of_name(below.native()));
     if (!outside && is_there) return;
     find(severity::ERROR, LINK_ASTRAY,
-         morvane::quoted(path) + " is a link to " + morvane::quoted(place.member->target) +
-             " that " +
+         in_quotes(path) + " is a link to " + in_quotes(place.member->target) + " that " +
              (outside ? "leads out of the product's directory: what lies there would get its "
                         "owner and group"
                       : "leads nowhere: chown and chgrp fail on it"));
@@ -186,17 +184,15 @@ class product_planner {
   void lay_out_copies() {
     if (facts_.described) {
       if (const auto there = kind_at("install"); there && !S_ISDIR(*there)) {
-        find(
-            severity::ERROR, "through-link",
-            morvane::quoted(path_of(facts_, "install")) + " is no directory, which copies go into");
+        find(severity::ERROR, "through-link",
+             in_quotes(path_of(facts_, "install")) + " is no directory, which copies go into");
       }
       note_install_directory();
     }
     for (const string& file : facts_.files) {
       const bool at_top = std::ranges::find(INST_FILES, file) != INST_FILES.end();
       const auto content = content_of(file);
-      if (!content)
-        find(severity::ERROR, "file-missing", morvane::quoted(file) + " cannot be read");
+      if (!content) find(severity::ERROR, "file-missing", in_quotes(file) + " cannot be read");
       lay_out_copy(at_top ? file : "install/" + file, content);
     }
     lay_out_prepared_makefile("install/" + facts_.id + ".make");
@@ -226,7 +222,7 @@ class product_planner {
       plan_.bytes += BLOCK + content.value_or("").size();
     } else if (!S_ISREG(*there)) {
       find(severity::ERROR, "through-link",
-           morvane::quoted(path_of(facts_, path)) +
+           in_quotes(path_of(facts_, path)) +
                " is no file, which a copy would go into or through: " + "take it away first");
     } else if (!content || content_of(path_of(facts_, path), content->size()) != content) {
       plan_.replaced.push_back(path);
@@ -239,7 +235,7 @@ class product_planner {
     struct stat status;
     if (lstat(path_of(facts_, path).c_str(), &status) != 0 || status.st_nlink == 1) return;
     find(severity::WARNING, "other-names",
-         morvane::quoted(path) + " has other names, under which it changes, too");
+         in_quotes(path) + " has other names, under which it changes, too");
   }
 
   bool has_makefile() const { return makefile_ || kind_at(string(PRODUCT_MAKEFILE)); }
@@ -249,8 +245,7 @@ class product_planner {
       return;
     }
     find(severity::ERROR, "makefile-missing",
-         "there is no install/Makefile, which is to make part " +
-             morvane::quoted(facts_.targets[0]));
+         "there is no install/Makefile, which is to make part " + in_quotes(facts_.targets[0]));
   }
 
   void find_given_away() {
@@ -260,7 +255,7 @@ class product_planner {
          "all that " + facts_.old_owner.value_or("group " + facts_.old_group.value_or("")) +
              " owns below " + facts_.path + " is handed on, also what is not of this product: " +
              std::to_string(plan_.given_away.size()) + ", such as " +
-             morvane::quoted(plan_.given_away[0]) + "; install into a directory of its own");
+             in_quotes(plan_.given_away[0]) + "; install into a directory of its own");
   }
 
   const product_facts& facts_;

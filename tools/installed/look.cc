@@ -122,7 +122,7 @@ std::string words_of(const receipt_entry& expected, const found_path& found) {
     words.emplace_back("content changed");
   }
   if (differs.target) {
-    words.push_back(instead("leads to", quoted(status.target), quoted(expected.target)));
+    words.push_back(instead("leads to", in_quotes(status.target), in_quotes(expected.target)));
   }
   if (differs.mode) words.push_back(instead("mode", octal(status.mode), octal(expected.mode)));
   if (differs.owner) {

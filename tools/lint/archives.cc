@@ -101,11 +101,11 @@ class archive_checks {
     std::erase(shared, PRODUCT_MAKEFILE);
     if (shared.empty()) return;
     add("files-shared", *other.product,
-        quoted(shared[0]) +
+        in_quotes(shared[0]) +
             (shared.size() > 1 ? " and " + std::to_string(shared.size() - 1) + " more are"
                                : " is") +
             " also in " + *one.product->archive + ", and both products propose " +
-            quoted(other.product->description.record.path) + ": the later one replaces it");
+            in_quotes(other.product->description.record.path) + ": the later one replaces it");
   }
 
   void check_needed_files(const distributed_product& product) {
@@ -118,8 +118,8 @@ class archive_checks {
       for (const string_view file : split_words(entry.value, WHITE_SPACE)) {
         if (file.starts_with('/') || can_have(category, type, file)) continue;
         findings_.add("needed-file-missing", product.description.file, entry.place,
-                      quoted(file) + " is in no archive of a product of category " +
-                          quoted(category) + " and type " + quoted(type) +
+                      in_quotes(file) + " is in no archive of a product of category " +
+                          in_quotes(category) + " and type " + in_quotes(type) +
                           ", none of which has parts that could make it: correct the name");
       }
     }

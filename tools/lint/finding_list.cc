@@ -54,7 +54,7 @@ void finding_list::add(check_id id, std::string_view file, const place_in_file& 
 void finding_list::allow(allowance allowed) {
   if (!is_check(allowed.id)) {
     add("allow-unknown", allowed.stands_in, allowed.place,
-        "there is no check " + quoted(allowed.id) + ": the suppression has no effect");
+        "there is no check " + in_quotes(allowed.id) + ": the suppression has no effect");
     return;
   }
   const file_and_check what = {allowed.file, allowed.id};
@@ -88,7 +88,8 @@ std::vector<finding> finding_list::finish() {
     for (const allowance& allowed : each) {
       if (allowed.used) continue;
       add("allow-unused", allowed.stands_in, allowed.place,
-          "there is no finding " + quoted(allowed.id) + " here to allow: remove the suppression");
+          "there is no finding " + in_quotes(allowed.id) +
+              " here to allow: remove the suppression");
     }
   }
   std::ranges::sort(findings_);

@@ -67,7 +67,7 @@ class member_checks {
 
  private:
   void add(check_id id, const archive_member& member, const string& text) {
-    findings_.add(id, file_, WHOLE_FILE, quoted(member.name) + ": " + text);
+    findings_.add(id, file_, WHOLE_FILE, in_quotes(member.name) + ": " + text);
   }
 
   bool has_usable_name(const archive_member& member) {
@@ -78,7 +78,7 @@ class member_checks {
         std::ranges::any_of(parts, [](string_view part) { return part.size() > LONGEST_PART; });
     if (too_long) {
       findings_.add("member-name", file_, WHOLE_FILE,
-                    quoted(name.substr(0, LONGEST_PART)) +
+                    in_quotes(name.substr(0, LONGEST_PART)) +
                         "...: a name that is too long for some systems: shorten it");
     } else if (name.empty()) {
       findings_.add("member-name", file_, WHOLE_FILE,
@@ -111,7 +111,7 @@ class member_checks {
       add("member-set-id", member,
           "set-id bits, which the change of owner clears: let a part set them");
     } else if (const string file = file_above(path); !file.empty()) {
-      add("member-below-file", member, "lies below " + quoted(file) + ", which is no directory");
+      add("member-below-file", member, "lies below " + in_quotes(file) + ", which is no directory");
     } else if ((path.empty() || path == path_parts{"install"}) &&
                member.kind != member_kind::DIRECTORY) {
       add("member-no-directory", member, "must be a directory, for description and settings");
@@ -122,13 +122,13 @@ class member_checks {
           "stands there twice, and not both times as a file or as a directory: pack it again");
     } else if (member.kind == member_kind::HARD_LINK && !links_to_file(member)) {
       add("hard-link-astray", member,
-          "a hard link to " + quoted(member.target) +
+          "a hard link to " + in_quotes(member.target) +
               ", which is no file that stands before it: pack it again");
     } else if (place.kind() == member_kind::LINK) {
       const string_view why = tree_.astray(place);
       if (!why.empty()) {
         add("link-astray", member,
-            "a link to " + quoted(place.member->target) + " that " + string(why) +
+            "a link to " + in_quotes(place.member->target) + " that " + string(why) +
                 ": chown and chmod follow it; link within the tree, or let a part make it");
       }
     } else if ((member.kind == member_kind::FILE && (member.mode & OWNER_READS) == 0) ||

@@ -190,7 +190,7 @@ class message_checks {
     const string_view text = file_.text(number);
     if (is_digits(text)) return;
     add("message-number", file_.place(number),
-        quoted(text) + " is no number: the program takes it for " +
+        in_quotes(text) + " is no number: the program takes it for " +
             std::to_string(number_or_zero(text)) + "; write digits alone");
   }
 
@@ -223,7 +223,7 @@ class message_checks {
   void check_command(int number, string_view text) {
     if (is_shell_syntax(text)) return;
     add("message-command", file_.place(number),
-        "the shell cannot read the command " + quoted(text) + ": try it with 'sh -n'");
+        "the shell cannot read the command " + in_quotes(text) + ": try it with 'sh -n'");
   }
 
   void check_letters() {
@@ -231,11 +231,11 @@ class message_checks {
     const string_view letters = file_.text(ANSWER_LETTERS);
     if (letters.size() != 3 || !are_different_letters(letters)) {
       add("message-letters", file_.place(ANSWER_LETTERS),
-          "yes, no and quit are " + quoted(letters) + ": give three different letters");
+          "yes, no and quit are " + in_quotes(letters) + ": give three different letters");
     } else if (file_.has(ANSWER_HINT) &&
                answers_named(file_.text(ANSWER_HINT), letters).size() != 3) {
       add("message-hint", file_.place(ANSWER_HINT),
-          "the hint behind questions does not name the answers " + quoted(letters) +
+          "the hint behind questions does not name the answers " + in_quotes(letters) +
               " of message 001, each by itself");
     }
   }
@@ -251,10 +251,10 @@ class message_checks {
       const auto [before, is_new] = words.emplace(word, each.number);
       if (!is_word) {
         add("message-keyword", file_.place(each.number),
-            "no entry can have the keyword " + quoted(word) + ": use letters and underscores");
+            "no entry can have the keyword " + in_quotes(word) + ": use letters and underscores");
       } else if (!is_new) {
         add("message-keyword", file_.place(each.number),
-            "keyword " + quoted(word) + " is message " + shown_number(before->second) +
+            "keyword " + in_quotes(word) + " is message " + shown_number(before->second) +
                 " already: one of them is never read");
       }
     }

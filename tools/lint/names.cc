@@ -48,7 +48,8 @@ class name_checks {
   void check() {
     if (description_.record.name.empty()) {
       add("name-missing", WHOLE_FILE,
-          "there is no " + quoted(r[KEYWORD_NAME]) + ": the headings of parts stay empty; add one");
+          "there is no " + in_quotes(r[KEYWORD_NAME]) +
+              ": the headings of parts stay empty; add one");
     }
     for (const located_entry& entry : description_.entries) {
       if (!entry.value.empty()) check_entry(entry);
@@ -92,7 +93,8 @@ class name_checks {
       case KEYWORD_PATH_VARIABLE:
         if (!is_variable_name(entry.value)) {
           add("variable-name", entry.place,
-              quoted(entry.value) + " is no name of an environment variable, so that it is never " +
+              in_quotes(entry.value) +
+                  " is no name of an environment variable, so that it is never " +
                   "set: write the name alone, without '$'");
         }
         break;
@@ -105,7 +107,7 @@ class name_checks {
     const std::size_t at = entry.value.find_first_of("$#\\\"`");
     if (at == string::npos) return;
     add("name-characters", entry.place,
-        quoted(r[entry.keyword]) + " holds " + quoted(entry.value.substr(at, 1)) +
+        in_quotes(r[entry.keyword]) + " holds " + in_quotes(entry.value.substr(at, 1)) +
             ", which make or the shell interprets in install.mk: leave it out");
   }
 
@@ -113,18 +115,19 @@ class name_checks {
     const string& name = entry.value;
     if (!is_rule_name(name)) {
       add("part-characters", entry.place,
-          "part " + quoted(name) + " cannot be a target: make or the shell interprets it; use " +
+          "part " + in_quotes(name) + " cannot be a target: make or the shell interprets it; use " +
               "letters, digits and _.+-");
     }
     if (std::ranges::find(PRODUCT_RULES, "-" + name) != PRODUCT_RULES.end()) {
       add("part-reserved", entry.place,
-          "part " + quoted(name) + " is named like a rule that install.mk has for each product: " +
+          "part " + in_quotes(name) +
+              " is named like a rule that install.mk has for each product: " +
               "give it another name, here and in install/Makefile");
     }
     const auto [before, is_new] = parts_.emplace(name, entry.place.line);
     if (!is_new) {
       add("part-repeated", entry.place,
-          "a second part " + quoted(name) + ", the first is in line " +
+          "a second part " + in_quotes(name) + ", the first is in line " +
               std::to_string(before->second) + ": install.mk gets two rules of one name");
     }
   }
@@ -138,13 +141,14 @@ class name_checks {
     }
     if (!is_variable_name(category)) {
       add("category-characters", entry.place,
-          "category " + quoted(category) + " becomes the beginning of a variable such as " +
+          "category " + in_quotes(category) + " becomes the beginning of a variable such as " +
               category + "_PATH: use letters, digits and underscores");
     }
     const auto [before, is_new] = categories_.emplace(category, entry.place.line);
     if (!is_new) {
       add("category-repeated", entry.place,
-          "category " + quoted(category) + " is needed in line " + std::to_string(before->second) +
+          "category " + in_quotes(category) + " is needed in line " +
+              std::to_string(before->second) +
               " already: both write the same variables, and the later ones count for both");
     }
   }
@@ -154,7 +158,7 @@ class name_checks {
     const bool begins_well = path.starts_with('/') || path.starts_with('~');
     if (begins_well && !holds_special_characters(path)) return;
     add("path-refused", entry.place,
-        "the path " + quoted(path) + " is proposed, and refused when it is taken: " +
+        "the path " + in_quotes(path) + " is proposed, and refused when it is taken: " +
             (begins_well ? "it holds a blank or what make or the shell interprets"
                          : "it begins with neither '/' nor '~'"));
   }
@@ -162,7 +166,7 @@ class name_checks {
   void check_owner(const located_entry& entry, string_view name) {
     if (!holds_special_characters(name)) return;
     add("owner-refused", entry.place,
-        quoted(name) + " is refused as a user or group: it holds a blank or what make or the " +
+        in_quotes(name) + " is refused as a user or group: it holds a blank or what make or the " +
             "shell interprets");
   }
 
@@ -230,7 +234,7 @@ class rule_checks {
     const string file = file_of(product);
     if (!is_rule_name(identifier)) {
       findings_.add("identifier-characters", file, WHOLE_FILE,
-                    "the identifier " + quoted(identifier) +
+                    "the identifier " + in_quotes(identifier) +
                         " cannot name rules in install.mk: use " +
                         "letters, digits and _.+-, and begin with a letter, a digit or _");
     }
@@ -241,15 +245,15 @@ class rule_checks {
     }
     if (std::ranges::find(OWN_RULES, identifier) != OWN_RULES.end()) {
       findings_.add("identifier-reserved", file, WHOLE_FILE,
-                    "install.mk calls a rule of its own " + quoted(identifier) +
+                    "install.mk calls a rule of its own " + in_quotes(identifier) +
                         ": give the product another identifier");
     }
     for (const string_view rule : PRODUCT_RULES) {
       const string name = identifier + string(rule);
       if (!identifiers_.contains(name)) continue;
       findings_.add("identifier-reserved", distribution_.directory + name + ".tar", WHOLE_FILE,
-                    "install.mk calls a rule of product " + quoted(identifier) + " " +
-                        quoted(name) + ": give one of the products another identifier");
+                    "install.mk calls a rule of product " + in_quotes(identifier) + " " +
+                        in_quotes(name) + ": give one of the products another identifier");
     }
   }
 
@@ -271,8 +275,8 @@ class rule_checks {
       const auto other = taken_.find(stem);
       if (other == taken_.end() || other->second == name) continue;
       findings_.add("identifier-made", file_of(product), WHOLE_FILE,
-                    "make has a rule of its own between " + quoted(name) + " and " +
-                        quoted(other->second) + ": give the product another identifier");
+                    "make has a rule of its own between " + in_quotes(name) + " and " +
+                        in_quotes(other->second) + ": give the product another identifier");
       break;
     }
     for (const auto& [stem, name] : names) taken_[stem] = name;
@@ -285,8 +289,8 @@ class rule_checks {
       const string owner = owner_of(rule, product.identifier);
       if (owner.empty()) continue;
       findings_.add("part-collision", product.description.file, entry.place,
-                    "the rule of part " + quoted(entry.value) + " is " + quoted(rule) +
-                        ", as is a rule of product " + quoted(owner) +
+                    "the rule of part " + in_quotes(entry.value) + " is " + in_quotes(rule) +
+                        ", as is a rule of product " + in_quotes(owner) +
                         ": rename the part or the product");
     }
   }
@@ -318,7 +322,7 @@ class rule_checks {
 
   void check_sources(const string& rule) {
     for (const string_view ending : SOURCE_ENDINGS) {
-      check_file(rule + string(ending), "make compiles it for the rule " + quoted(rule));
+      check_file(rule + string(ending), "make compiles it for the rule " + in_quotes(rule));
     }
   }
 

@@ -39,7 +39,7 @@ place_in_file place_in_type(const read_description& description, const place_in_
 
 // What asks for something: a part, or the patch itself.
 string shown_needer(const supplied_need& need) {
-  return need.part == nullptr ? "it" : quoted(need.part->target);
+  return need.part == nullptr ? "it" : in_quotes(need.part->target);
 }
 
 class needs_checks {
@@ -132,12 +132,12 @@ class needs_checks {
   }
 
   void add_unmet(const product_needs& product, const supplied_need& need) {
-    const string needs = quoted(need.part->target) + " needs " + shown_need(need);
+    const string needs = in_quotes(need.part->target) + " needs " + shown_need(need);
     const candidate* nearest = nearest_candidate(needs_, need);
     if (const product_needs* there = product_at_usual_directory(need); there != nullptr) {
       findings_.add("need-path", file_of(product), need.place,
-                    needs + ", with NeedsPath where " + quoted(there->product->identifier) +
-                        " goes, which is of category " + quoted(there->record().category) +
+                    needs + ", with NeedsPath where " + in_quotes(there->product->identifier) +
+                        " goes, which is of category " + in_quotes(there->record().category) +
                         ": correct one of the categories, or NeedsPath");
     } else if (is_expected_on_host(need)) {
       const string directory = usual_directory(*need.category);
@@ -151,7 +151,7 @@ class needs_checks {
           "need-unmet", file_of(product), need.place,
           needs + ", and no product here has that category" +
               (meant.empty() ? string(": add one, or say with NeedsPath where hosts have it")
-                             : ": did you mean " + quoted(meant) + "?"));
+                             : ": did you mean " + in_quotes(meant) + "?"));
     } else if (nearest->fit == fit::TOO_OLD) {
       findings_.add("need-too-old", file_of(product), place_of_minimum(product, need, *nearest),
                     needs + "; nearest is " + shown_product(*nearest) + " " +
@@ -169,7 +169,7 @@ class needs_checks {
     const candidate& first = need.candidates.front();
     const string_view type = needs_[first.product].record().type;
     return "nearest is " + shown_product(first) +
-           (type.empty() ? string(", which has no type") : ", of type " + quoted(type));
+           (type.empty() ? string(", which has no type") : ", of type " + in_quotes(type));
   }
 
   // Looks at each type of a need that others meet.
@@ -181,7 +181,7 @@ class needs_checks {
       if (met) continue;
       findings_.add("need-alternative", file_of(product), place_of_type(need, type.get()),
                     "no product here is " + string(need.category->category) + " " +
-                        shown_alternative(*type) + ", which " + quoted(need.part->target) +
+                        shown_alternative(*type) + ", which " + in_quotes(need.part->target) +
                         " takes as well");
     }
   }
@@ -201,7 +201,7 @@ class needs_checks {
                                                            : string(step.need->category->category);
         findings_.add("need-ring-step", file_of(product), step.need->place,
                       (step.need->part == nullptr ? string("the patch")
-                                                  : "part " + quoted(step.need->part->target)) +
+                                                  : "part " + in_quotes(step.need->part->target)) +
                           " needs " + what + ": " + needs_[next.product].product->identifier);
       } else if (found.avoidable) {
         findings_.add("need-ring-possible", file_of(product), step.need->place,

@@ -77,13 +77,13 @@ class part_checks {
     if (meant.empty()) {
       add("makefile-missing", product_.description.parts[0].place,
           archive_ + " holds no install/Makefile, which is to make part " +
-              quoted(record.target_dep[0]->target) +
+              in_quotes(record.target_dep[0]->target) +
               ": the installation fails there; add it, or remove the parts");
       return;
     }
     const string beyond = "/" + string(PRODUCT_MAKEFILE);
     add("makefile-misplaced",
-        "install/Makefile is missing, and " + quoted(meant) + " looks like it: " +
+        "install/Makefile is missing, and " + in_quotes(meant) + " looks like it: " +
             (meant.ends_with(beyond)
                  ? "pack with 'tar -C " + meant.substr(0, meant.size() - beyond.size()) + " .'"
                  : "put it there"));
@@ -99,8 +99,8 @@ class part_checks {
     if (targets.bare_variable_line != 0) {
       add("makefile-variable",
           "line " + std::to_string(targets.bare_variable_line) + " of install/Makefile has " +
-              quoted(targets.bare_variable) + ", of which make takes " +
-              quoted(targets.bare_variable.substr(0, 2)) + " for the variable: write $(" +
+              in_quotes(targets.bare_variable) + ", of which make takes " +
+              in_quotes(targets.bare_variable.substr(0, 2)) + " for the variable: write $(" +
               targets.bare_variable.substr(1) + "), or $$ where the shell's is meant");
     }
   }
@@ -113,11 +113,11 @@ class part_checks {
     const bool has_source = holds_beginning(files_, file + ".");
     if (!targets.with_commands.contains(part) && !targets.hides_some && !has_source) {
       add("part-without-target", place,
-          "part " + quoted(part) + " is a target without commands in " + where() +
+          "part " + in_quotes(part) + " is a target without commands in " + where() +
               ": make reports success and does nothing");
     } else if (!targets.phony.contains(part) && is_there(files_, file)) {
       add("part-is-file", place,
-          "part " + quoted(part) + " is a file in install of " + archive_ +
+          "part " + in_quotes(part) + " is a file in install of " + archive_ +
               ", and its target there needs nothing: make takes it for done; add it to .PHONY");
     }
   }
@@ -127,12 +127,12 @@ class part_checks {
     const bool whole = content_.wanted->size() < MOST_CONTENT && !targets.hides_some;
     if (!whole) {
       add("part-hidden", place,
-          "part " + quoted(part) + " is no target in " + where() +
+          "part " + in_quotes(part) + " is no target in " + where() +
               ", unless it is one that is included, or named by a pattern or variable");
       return;
     }
     add("part-without-target", place,
-        "part " + quoted(part) + " is no target in " + where() +
+        "part " + in_quotes(part) + " is no target in " + where() +
             (targets.phony.contains(part)
                  ? ", only phony: make reports success and does nothing; add a rule"
                  : ": the installation fails there; add a rule, or correct the name"));

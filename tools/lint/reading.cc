@@ -201,9 +201,9 @@ class line_checks {
         // The entries of a part that there is no room for are reported by the program, too.
         if (parts_ <= TARGETS) {
           add("keyword-misplaced", fault.place,
-              quoted(fault.keyword) +
+              in_quotes(fault.keyword) +
                   " belongs to a part, and none is open: the program leaves it " +
-                  "out; put it behind a " + quoted(r[KEYWORD_TARGET]));
+                  "out; put it behind a " + in_quotes(r[KEYWORD_TARGET]));
         }
         break;
       case fault_kind::OUTSIDE_NEED:
@@ -211,7 +211,7 @@ class line_checks {
         break;
       case fault_kind::VALUE_TOO_LONG:
         add("value-too-long", fault.place,
-            "the value of " + quoted(fault.keyword) + " has more than " +
+            "the value of " + in_quotes(fault.keyword) + " has more than " +
                 std::to_string(LONGEST_VALUE) + " bytes: the program cuts it, or reads the rest " +
                 "as further entries; shorten it");
         break;
@@ -239,19 +239,19 @@ class line_checks {
         fault.keyword == r[KEYWORD_FIXED_OWNERS] || fault.keyword == r[KEYWORD_FIXED_GROUPS];
     if (fixed) {
       add("keyword-disabled", fault.place,
-          quoted(fault.keyword) + " is no keyword behind a " +
-              quoted(r[KEYWORD_DESCRIPTION_STATE]) + " other than 0: remove one of them");
+          in_quotes(fault.keyword) + " is no keyword behind a " +
+              in_quotes(r[KEYWORD_DESCRIPTION_STATE]) + " other than 0: remove one of them");
       return;
     }
     add("keyword-unknown", fault.place,
-        "no such keyword: " + quoted(fault.keyword) + what_is_meant(fault));
+        "no such keyword: " + in_quotes(fault.keyword) + what_is_meant(fault));
   }
 
   // Returns the rest of a sentence about a word that is no keyword.
   string what_is_meant(const located_fault& fault) const {
     const std::vector<string_view> texts = keyword_texts();
     if (const string_view meant = nearest(fault.keyword, texts); !meant.empty()) {
-      return ", did you mean " + quoted(meant) + "?";
+      return ", did you mean " + in_quotes(meant) + "?";
     }
     // A keyword in two words, or with a hyphen.
     string joined;
@@ -260,11 +260,11 @@ class line_checks {
       if (string_view(" \t-_").find(c) == string_view::npos) joined += c;
     }
     if (const string_view meant = nearest(joined, texts); !meant.empty()) {
-      return ", did you mean " + quoted(meant) + "?";
+      return ", did you mean " + in_quotes(meant) + "?";
     }
     if (const message_number number = own_keyword(fault.keyword); number != message_number{}) {
       return ", which message " + std::to_string(number) + " of the message file calls " +
-             quoted(r[number]);
+             in_quotes(r[number]);
     }
     return ", and the line is skipped";
   }
@@ -282,7 +282,7 @@ class line_checks {
                                        ? KEYWORD_NEEDS_TYPE
                                        : KEYWORD_NEEDS_CATEGORY;
     add("keyword-misplaced", fault.place,
-        quoted(fault.keyword) + " belongs to what " + quoted(r[opening]) +
+        in_quotes(fault.keyword) + " belongs to what " + in_quotes(r[opening]) +
             " opens, and nothing is " + "open: the program leaves it out; put it behind one");
   }
 
@@ -292,7 +292,7 @@ class line_checks {
     const written_value written = split(text, r[entry.keyword].size());
     if (!written.equals) {
       add("equals-missing", entry.place,
-          quoted(r[entry.keyword]) +
+          in_quotes(r[entry.keyword]) +
               " without '=': its value is empty, and the rest of the line is " +
               "read as another entry; write " + keyword_text(entry.keyword) + " = VALUE");
       note_opened(entry, field);
@@ -301,15 +301,15 @@ class line_checks {
     if (written.quoted && !written.closed && entry.value.size() < LONGEST_VALUE) {
       add("quote-missing", entry.place,
           "the closing quote is missing: the value is the rest of the line, " +
-              quoted(entry.value) + "; end it with a double quote on this line");
+              in_quotes(entry.value) + "; end it with a double quote on this line");
     } else if (written.quoted && !written.rest.empty()) {
       add("text-behind-quote", entry.place,
-          "what stands behind the closing quote is ignored: " + quoted(written.rest) +
+          "what stands behind the closing quote is ignored: " + in_quotes(written.rest) +
               "; a value cannot hold a double quote");
     } else if (!written.quoted && !written.rest.empty()) {
       add("text-unquoted", entry.place,
-          "several words without quotes: the value is " + quoted(entry.value) + ", and " +
-              quoted(written.rest) + " is read as another entry; " + advice_for_words(field));
+          "several words without quotes: the value is " + in_quotes(entry.value) + ", and " +
+              in_quotes(written.rest) + " is read as another entry; " + advice_for_words(field));
     }
     note_opened(entry, field);
     check_repeated(entry, field);
@@ -336,14 +336,14 @@ class line_checks {
     const std::size_t next = index + 1 < events_.size() ? next_entry_[index + 1] : events_.size();
     if (goes_on(next) || goes_on(last_entry_)) return;
     add("value-empty", entry.place,
-        quoted(r[entry.keyword]) + " is a text without words: give one, or remove the line");
+        in_quotes(r[entry.keyword]) + " is a text without words: give one, or remove the line");
   }
 
   void note_opened(const located_entry& entry, const description_field& field) {
     if (field.kind != value_kind::OPENING) return;
     if (entry.value.empty()) {
       add("value-empty", entry.place,
-          quoted(r[entry.keyword]) + " without a value opens nothing: what follows belongs to " +
+          in_quotes(r[entry.keyword]) + " without a value opens nothing: what follows belongs to " +
               "what was open before");
       return;
     }
@@ -371,15 +371,15 @@ class line_checks {
     const message_number of_need = keyword_of_need(entry.keyword);
     if (needs_ > 0 && of_need != message_number{}) {
       add("entry-repeated", entry.place,
-          "a second " + quoted(r[entry.keyword]) + " of the product, the first is in line " +
-              first + ": did you mean " + quoted(r[of_need]) + "?");
+          "a second " + in_quotes(r[entry.keyword]) + " of the product, the first is in line " +
+              first + ": did you mean " + in_quotes(r[of_need]) + "?");
     } else if (field.kind == value_kind::LIST) {
       add("list-repeated", entry.place,
-          "a second " + quoted(r[entry.keyword]) + ", the first is in line " + first +
+          "a second " + in_quotes(r[entry.keyword]) + ", the first is in line " + first +
               ": the two are mixed up; write one list");
     } else {
       add("entry-repeated", entry.place,
-          "a second " + quoted(r[entry.keyword]) + ", which replaces that of line " + first +
+          "a second " + in_quotes(r[entry.keyword]) + ", which replaces that of line " + first +
               ": remove one");
     }
   }

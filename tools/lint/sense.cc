@@ -86,7 +86,7 @@ class sense_checks {
       findings_.add("archive-missing", product.description.file, WHOLE_FILE,
                     "there is no " + distribution_.directory + product.identifier +
                         ".tar: the program does not show the product" +
-                        (meant.empty() ? "" : "; make it of " + quoted(meant)));
+                        (meant.empty() ? "" : "; make it of " + in_quotes(meant)));
     }
   }
 
@@ -108,20 +108,20 @@ class sense_checks {
         same(names_, std::tuple(string(product_name(record)), numbers));
     if (twin != nullptr) {
       findings_.add("product-twice", description.file, place_of(description, KEYWORD_NAME),
-                    "name, version, category and type are those of " + quoted(twin->identifier) +
+                    "name, version, category and type are those of " + in_quotes(twin->identifier) +
                         ": remove one of the products, or correct its version or patch level");
     } else if (namesake != nullptr) {
-      findings_.add(
-          "full-name-twice", description.file, place_of(description, KEYWORD_FULL_NAME),
-          "in the list it looks like " + quoted(namesake->identifier) + ": change the full name");
+      findings_.add("full-name-twice", description.file, place_of(description, KEYWORD_FULL_NAME),
+                    "in the list it looks like " + in_quotes(namesake->identifier) +
+                        ": change the full name");
     }
     if (record.path.empty()) return;
     const distributed_product* neighbour = same(paths_, string(record.path));
     if (neighbour == nullptr || twin != nullptr) return;
     if (is_patch_beside(record, neighbour->description.record)) return;
     findings_.add("path-twice", description.file, place_of(description, KEYWORD_PATH),
-                  "the path " + quoted(record.path) + " is also proposed for " +
-                      quoted(neighbour->identifier) + ": give each product its own");
+                  "the path " + in_quotes(record.path) + " is also proposed for " +
+                      in_quotes(neighbour->identifier) + ": give each product its own");
   }
 
   // Tells whether one is a patch of the other, or wants to be: what is wrong then is said
@@ -136,7 +136,7 @@ class sense_checks {
     const morvane::product& a = patch.description.record;
     const morvane::product& b = other.description.record;
     const auto differs = [](string_view what, string_view one, string_view two) {
-      return "has the " + string(what) + " " + quoted(two) + ", and the patch " + quoted(one);
+      return "has the " + string(what) + " " + in_quotes(two) + ", and the patch " + in_quotes(one);
     };
     if (!other.archive && !other.has_source_tree) return "has no archive";
     if (a.full_name != b.full_name) return differs("full name", a.full_name, b.full_name);
@@ -161,21 +161,21 @@ class sense_checks {
       // As the names of the archives sort.
       if (other.identifier + ".tar" > patch.identifier + ".tar") {
         findings_.add("patch-first", description.file, WHOLE_FILE,
-                      "the patch is listed before " + quoted(other.identifier) +
+                      "the patch is listed before " + in_quotes(other.identifier) +
                           ", on which it builds: name the archives in their order");
       }
       if (found.path != record.path) {
         findings_.add("patch-path", description.file, place_of(description, KEYWORD_PATH),
-                      "the patch proposes " + quoted(record.path) + ", and " +
-                          quoted(other.identifier) + ", over which it goes, " + quoted(found.path) +
-                          ": propose the same");
+                      "the patch proposes " + in_quotes(record.path) + ", and " +
+                          in_quotes(other.identifier) + ", over which it goes, " +
+                          in_quotes(found.path) + ": propose the same");
       }
       return;
     }
     findings_.add("patch-unmet", description.file, place,
                   "level " + std::to_string(level) + " is not in the distribution" +
                       (nearest == nullptr ? string()
-                                          : ": " + quoted(nearest->identifier) + " " +
+                                          : ": " + in_quotes(nearest->identifier) + " " +
                                                 difference(patch, *nearest)) +
                       "; only where it is installed already can the patch build on it");
   }
@@ -227,7 +227,7 @@ void check_own_sense(const read_description& description, finding_list& findings
     const target_dep& part = *record.target_dep[i];
     if (part.ask || part.re_ask) continue;
     findings.add("part-never-again", description.file, description.parts[i].place,
-                 "part " + quoted(part.target) +
+                 "part " + in_quotes(part.target) +
                      " is left as it is when the product is configured again: add AskAgain if it " +
                      "is to be made again");
   }

@@ -44,7 +44,7 @@ bool check_translation(const std::string& file, const std::string& original,
     if (is_technical(message.kind)) {
       if (read->text(number) == meant->text(number)) continue;
       add("message-translated",
-          " is no word of a language: it stays " + quoted(meant->text(number)));
+          " is no word of a language: it stays " + in_quotes(meant->text(number)));
       continue;
     }
     if (!begin_and_end_alike(read->text(number), meant->text(number))) {

@@ -29,7 +29,7 @@ class value_checks {
     if (entry_.value.empty()) {
       if (field.kind != value_kind::OPENING && field.kind != value_kind::LINES) {
         add("value-empty",
-            quoted(r[entry_.keyword]) + " has no value: give one, or remove the line");
+            in_quotes(r[entry_.keyword]) + " has no value: give one, or remove the line");
       }
       return;
     }
@@ -55,13 +55,13 @@ class value_checks {
     if (field.longest == 0 || value.size() <= field.longest) return;
     add("value-cut", "the program keeps " + std::to_string(field.longest) + " bytes here, of " +
                          std::to_string(value.size()) + ": the value becomes " +
-                         quoted(value.substr(0, field.longest)));
+                         in_quotes(value.substr(0, field.longest)));
   }
 
   void check_number() {
     const bool digits = entry_.value.find_first_not_of(DIGITS) == string::npos;
     if (digits && entry_.value.size() < 10) return;
-    add("number-none", quoted(entry_.value) + " is no number: the program takes it for " +
+    add("number-none", in_quotes(entry_.value) + " is no number: the program takes it for " +
                            std::to_string(number_or_zero(entry_.value)) + "; write digits alone");
   }
 
@@ -83,11 +83,11 @@ class value_checks {
       rest.remove_prefix(std::min(dot + 1, rest.size()));
     }
     if (none || entry_.value.ends_with('.')) {
-      add("version-none", quoted(entry_.value) + " is no version: the program takes it for " +
+      add("version-none", in_quotes(entry_.value) + " is no version: the program takes it for " +
                               read + "; write up to three numbers with full stops between them");
     } else if (ignored || !rest.empty()) {
       add("version-rest",
-          "of version " + quoted(entry_.value) + " the program takes " + read +
+          "of version " + in_quotes(entry_.value) + " the program takes " + read +
               " and ignores the rest: write up to three numbers with full stops between them");
     }
   }
@@ -105,7 +105,7 @@ class value_checks {
     };
     const auto joined = std::ranges::find_if(words, is_joined);
     if (joined != words.end()) {
-      add("list-separator", quoted(*joined) +
+      add("list-separator", in_quotes(*joined) +
                                 " is one word of the list: only blanks separate; write " +
                                 (levels ? "levels such as \"0 1\"" : "\"a b\""));
     } else if (levels && WHITE_SPACE.find(entry_.value.front()) != string_view::npos) {
@@ -116,14 +116,14 @@ class value_checks {
       return word.starts_with('-') || word.find('/') != string_view::npos;
     });
     if (entry_.keyword == KEYWORD_NEEDED_TOOLS && no_command != words.end()) {
-      add("tool-name", quoted(*no_command) +
+      add("tool-name", in_quotes(*no_command) +
                            " is never found: a tool is looked for by its name in each directory " +
                            "of the PATH; write names of commands alone");
     }
     if (field.most != 0 && words.size() > field.most) {
       add("list-too-long", "the program keeps " + std::to_string(field.most) +
-                               " words of this list, and leaves out " + quoted(words[field.most]) +
-                               " and what is behind it");
+                               " words of this list, and leaves out " +
+                               in_quotes(words[field.most]) + " and what is behind it");
     }
     for (const string_view word : words) check_length(field, word);
   }

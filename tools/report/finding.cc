@@ -34,7 +34,7 @@ std::string printable(std::string_view bytes) {
   return shown;
 }
 
-std::string quoted(std::string_view text) {
+std::string in_quotes(std::string_view text) {
   constexpr std::size_t MOST = 160;
   if (text.size() <= MOST) return "'" + std::string(text) + "'";
   return "'" + std::string(text.substr(0, MOST)) + "...'";

@@ -30,7 +30,7 @@ struct finding {
 std::string printable(std::string_view bytes);
 
 // Returns `text` in single quotes for the text of a finding; of a long one the beginning.
-std::string quoted(std::string_view text);
+std::string in_quotes(std::string_view text);
 
 }  // namespace morvane
 
