@@ -216,7 +216,7 @@ inline constexpr auto CHECKS = std::to_array<report_rule>({
      "unpack an archive within the archive."},
     {"member-name", severity::ERROR, "A file's name that is not handed on as it is.",
      "tar lists blanks, control and 8-bit characters and backslashes otherwise than they are, the "
-     "shell expands *, ? and [, and chown takes a leading - for an option: another file may be "
+     "shell expands *, ? and [...], and chown takes a leading - for an option: another file may be "
      "given "
      "away. Names have at most 1023 bytes, 255 between slashes. Rename the file, or let a part "
      "make "

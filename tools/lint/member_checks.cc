@@ -36,8 +36,10 @@ constexpr std::array<string_view, 4> COPIED_FILES = {"morvane.rsc", "morvane.Sun
 
 // Tells whether tar lists such a name otherwise than it is, or cut and the shell take it apart.
 bool is_not_handed_on(string_view name) {
+  const std::size_t bracket = name.find('[');
+  if (bracket != string_view::npos && name.find(']', bracket) != string_view::npos) return true;
   return std::ranges::any_of(name, [](char c) {
-    return c <= ' ' || c > '~' || string_view("\\*?[").find(c) != string_view::npos;
+    return c <= ' ' || c > '~' || string_view("\\*?").find(c) != string_view::npos;
   });
 }
 
