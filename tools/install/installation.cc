@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <map>
 #include <optional>
@@ -174,6 +175,7 @@ class installer {
     for (;;) {
       int status = 0;
       const pid_t child = waitpid(-1, &status, WNOHANG);
+      if (child < 0 && errno == EINTR) continue;
       if (child <= 0) return;
       const auto ended = workers_.find(child);
       if (ended == workers_.end()) continue;
