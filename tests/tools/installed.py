@@ -1,6 +1,7 @@
 """Made-up distributions that are installed below a directory of their own, for the tests of the
 commands that deal with what is installed."""
 
+import concurrent.futures
 import grp
 import io
 import json
@@ -187,3 +188,17 @@ def snapshot(directory):
     paths = [os.path.join(above, name) for above, directories, files in os.walk(directory)
              for name in directories + files]
     return {path: state(path) for path in paths}
+
+
+def end_after(sweeps, at_a_time):
+    """Plays sweeps, which yield None for each run and a text for what is wrong, so many at a time; says
+    what came of them, and ends the program."""
+    failures = runs = 0
+    with concurrent.futures.ThreadPoolExecutor(at_a_time) as pool:
+        for found in pool.map(lambda sweep: list(sweep()), sweeps):
+            runs += found.count(None)
+            for problem in filter(None, found):
+                failures += 1
+                print("FAILED", problem)
+    print(f"{runs} runs, {failures} failures")
+    sys.exit(1 if failures else 0)

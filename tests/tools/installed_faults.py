@@ -6,7 +6,6 @@ product without a receipt is named; and the next run does what was left.
     installed_faults.py BUILD_DIRECTORY [--all]
 """
 
-import concurrent.futures
 import errno
 import os
 import shutil
@@ -212,16 +211,7 @@ def without_time(line):
 
 
 def main():
-    failures = runs = 0
-    sweeps = [removals, saves, lambda: verifications(False), lambda: verifications(True)]
-    with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        for found in pool.map(lambda each: list(each()), sweeps):
-            runs += found.count(None)
-            for problem in filter(None, found):
-                failures += 1
-                print("FAILED", problem)
-    print(f"{runs} runs, {failures} failures")
-    sys.exit(1 if failures else 0)
+    installed.end_after([removals, saves, lambda: verifications(False), lambda: verifications(True)], 2)
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@ removed, copied or noted in a receipt, and every command ends.
     installed_races.py BUILD_DIRECTORY [--all]
 """
 
-import concurrent.futures
+import functools
 import hashlib
 import os
 import shutil
@@ -177,15 +177,7 @@ def races(number):
 
 
 def main():
-    failures = runs = 0
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for found in pool.map(lambda number: list(races(number)), range(8)):
-            runs += found.count(None)
-            for problem in filter(None, found):
-                failures += 1
-                print("FAILED", problem)
-    print(f"{runs} runs, {failures} failures")
-    sys.exit(1 if failures else 0)
+    installed.end_after([functools.partial(races, number) for number in range(8)], os.cpu_count())
 
 
 if __name__ == "__main__":

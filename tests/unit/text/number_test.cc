@@ -68,7 +68,8 @@ TEST(Number, IsTakenOffAListUpToADigitBehindASeparator) {
 
 TEST(Digits, AreAtLeastOneAndNothingElse) {
   for (const char* digits : {"0", "007", "12345678901234567890"}) EXPECT_TRUE(is_digits(digits));
-  for (const char* others : {"", " 1", "1 ", "-1", "+1", "1.0", "x"}) EXPECT_FALSE(is_digits(others));
+  for (const char* others : {"", " 1", "1 ", "-1", "+1", "1.0", "x"})
+    EXPECT_FALSE(is_digits(others));
 }
 
 TEST(Number, BeyondAnIntBecomesTheNearestInt) {
